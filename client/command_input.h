@@ -1,0 +1,20 @@
+#pragma once
+
+#include <initializer_list>
+
+#include "platform/platform.h"
+
+namespace quorin {
+
+/// One key of a command: an integer, or an object made before.
+struct CommandKey {
+  const char* key;
+  std::int32_t integer = 0;
+  xpc_object_t object = nullptr;
+};
+
+/// The command's input dictionary, its keys set in this order. The null object stands in for
+/// whatever could not be made.
+[[nodiscard]] XpcRef commandInput(std::initializer_list<CommandKey> keys);
+
+}  // namespace quorin

@@ -1,0 +1,116 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <span>
+#include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include "messages/codec/enum_table.h"
+#include "platform/platform.h"
+
+namespace quorin {
+
+class AnyMessage;
+struct MessageTable;
+
+/// How a field stands on the wire and in memory.
+enum class Kind : std::uint8_t {
+  uint64, uint32, enumeration, sint32, boolean, bytes, string, message, repeated, packedUint32,
+  packedSint32
+};
+
+/// The elements of a repeated message field.
+class MessageArray final : public Object {
+ public:
+  std::vector<Ref<AnyMessage>> elements;
+
+  [[nodiscard]] bool isEqual(const Object& other) const override;
+  [[nodiscard]] std::uint64_t hash() const override;
+};
+
+/// Where in its message a field is stored.
+using Slot = std::variant<std::uint64_t AnyMessage::*, std::uint32_t AnyMessage::*,
+                          std::int32_t AnyMessage::*, bool AnyMessage::*, Ref<Data> AnyMessage::*,
+                          Ref<String> AnyMessage::*, Ref<AnyMessage> AnyMessage::*,
+                          Ref<MessageArray> AnyMessage::*, PBRepeatedUInt32 AnyMessage::*,
+                          PBRepeatedInt32 AnyMessage::*>;
+
+/// One field of a message: a row of its class.
+struct Field {
+  std::uint32_t number;
+  Kind kind;
+  std::string_view key;
+  std::string_view property;
+  Slot slot;
+  EnumTable names{};                      // of an enumeration
+  const MessageTable* element = nullptr;  // of a nested message
+
+  template <class T>
+  [[nodiscard]] T& in(AnyMessage& message) const {
+    return message.*std::get<T AnyMessage::*>(slot);
+  }
+  template <class T>
+  [[nodiscard]] const T& in(const AnyMessage& message) const {
+    return message.*std::get<T AnyMessage::*>(slot);
+  }
+};
+
+/// Whether a class's reader cuts field numbers to 16 bits and asks the tag registry, or keeps the
+/// whole number and asks nobody.
+enum class KeyRule : std::uint8_t { cut, whole };
+
+/// Presence bits are numbered by field.
+inline constexpr std::size_t kFieldNumberLimit = 64;
+inline constexpr std::uint8_t kNoRow = 0xff;
+
+/// A message class as its rows.
+struct MessageTable {
+  std::string_view name;
+  std::span<const Field> fields;                      // ascending by number
+  std::array<std::uint8_t, kFieldNumberLimit> rows{};  // field number -> row, or kNoRow
+  KeyRule keyRule;
+  Ref<AnyMessage> (*make)();
+
+  /// The field of this number, or null.
+  [[nodiscard]] const Field* find(std::uint64_t number) const {
+    if (number >= kFieldNumberLimit || rows[number] == kNoRow) return nullptr;
+    return &fields[rows[number]];
+  }
+};
+
+template <std::uint32_t number>
+using Number = std::integral_constant<std::uint32_t, number>;
+
+template <class M, std::uint32_t number>
+concept HasRow = requires { M::field(Number<number>{}); };
+
+/// The rows of message `M`, ascending, wherever in its class they stand.
+template <class M, std::uint32_t... numbers>
+consteval auto collectFields(std::integer_sequence<std::uint32_t, numbers...>) {
+  std::array<Field, (std::size_t{HasRow<M, numbers>} + ...)> fields{};
+  std::size_t next = 0;
+  const auto append = [&]<std::uint32_t number>(Number<number> n) {
+    if constexpr (HasRow<M, number>) fields[next++] = M::field(n);
+  };
+  (append(Number<numbers>{}), ...);
+  return fields;
+}
+
+template <class M>
+inline constexpr auto kFields =
+    collectFields<M>(std::make_integer_sequence<std::uint32_t, kFieldNumberLimit>{});
+
+template <class M>
+inline constexpr MessageTable kTable = [] {
+  MessageTable table{M::kName, kFields<M>, {}, M::kKeyRule,
+                     [] { return Ref<AnyMessage>(make<M>()); }};
+  table.rows.fill(kNoRow);
+  for (std::size_t row = 0; row < table.fields.size(); ++row)
+    table.rows[table.fields[row].number] = static_cast<std::uint8_t>(row);
+  return table;
+}();
+
+}  // namespace quorin

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "messages/codec/enum_table.h"
+
+namespace quorin::names {
+
+/// LTE RRC states.
+inline constexpr auto KLTE_RRC_STATE = enumTable("KLTE_RRC_STATE", {
+    {0, "KLTE_RRC_STATE_NULL"},
+    {1, "KLTE_RRC_STATE_IDLE"},
+    {2, "KLTE_RRC_STATE_ATMPT_CONNECTION"},
+    {3, "KLTE_RRC_STATE_CONNECTED"},
+    {4, "KLTE_RRC_STATE_ENDING"},
+    {5, "KLTE_RRC_STATE_ATMPT_OUTBND_MOBILITY"},
+    {6, "KLTE_RRC_STATE_ATMPT_INBND_MOBILITY"},
+});
+
+/// Why an LTE RRC connection was made, re-made or released.
+inline constexpr auto KLTE_RRC_CAUSE = enumTable("KLTE_RRC_CAUSE", {
+    {  0, "KLTE_RRC_CAUSE_EST_EMERGENCY"},
+    {  1, "KLTE_RRC_CAUSE_EST_HIGH_PRIO_ACC"},
+    {  2, "KLTE_RRC_CAUSE_EST_MT_ACC"},
+    {  3, "KLTE_RRC_CAUSE_EST_MO_SIGNAL"},
+    {  4, "KLTE_RRC_CAUSE_EST_MO_DATA"},
+    {  5, "KLTE_RRC_CAUSE_EST_DELAY_TOL_ACC"},
+    {  6, "KLTE_RRC_CAUSE_REEST_RECFG_FAIL"},
+    {  7, "KLTE_RRC_CAUSE_REEST_HO_FAIL"},
+    {  8, "KLTE_RRC_CAUSE_REEST_OTHER_FAIL"},
+    {  9, "KLTE_RRC_CAUSE_REL_OTHER_RECFG_FAIL"},
+    { 10, "KLTE_RRC_CAUSE_REL_CONN_FAIL_IRAT_RESEL"},
+    { 11, "KLTE_RRC_CAUSE_REL_CONN_FAIL_T311_EXP"},
+    { 12, "KLTE_RRC_CAUSE_REL_CONN_FAIL_CELL_NOT_SUIT"},
+    { 13, "KLTE_RRC_CAUSE_REL_CONN_FAIL_REEST_REJ"},
+    { 14, "KLTE_RRC_CAUSE_REL_LOAD_BAL_TAU_REQD"},
+    { 15, "KLTE_RRC_CAUSE_REL_OTHER"},
+    { 16, "KLTE_RRC_CAUSE_REL_CSFB_HIGH_PRIO"},
+    { 17, "KLTE_RRC_CAUSE_REL_T310_EXP"},
+    { 18, "KLTE_RRC_CAUSE_REL_RND_ACC"},
+    { 19, "KLTE_RRC_CAUSE_REL_MAX_RLC_RETRANS"},
+    { 20, "KLTE_RRC_CAUSE_REL_SUCC_MOB_FROM_EUTRAN"},
+    { 21, "KLTE_RRC_CAUSE_EST_SUCC_MOB_TO_EUTRAN"},
+    { 22, "KLTE_RRC_CAUSE_EST_FAIL_NO_RESP_FROM_CELL"},
+    { 23, "KLTE_RRC_CAUSE_EST_FAIL_REJ"},
+    { 24, "KLTE_RRC_CAUSE_EST_FAIL_CELL_RESEL"},
+    { 25, "KLTE_RRC_CAUSE_EST_FAIL_ABORTED"},
+    { 26, "KLTE_RRC_CAUSE_EST_FAIL_CELL_BARRED"},
+    { 27, "KLTE_RRC_CAUSE_REEST_OTHER_FAIL_T310_EXP"},
+    { 28, "KLTE_RRC_CAUSE_REEST_OTHER_FAIL_RND_ACC"},
+    { 29, "KLTE_RRC_CAUSE_REEST_OTHER_FAIL_MAX_RLC_RETX"},
+    { 30, "KLTE_RRC_CAUSE_REEST_OTHER_FAIL_INTEG_CHECK"},
+    {254, "KLTE_RRC_CAUSE_NO_SERVICE"},
+    {255, "KLTE_RRC_CAUSE_NA"},
+});
+
+/// LTE frame structure.
+inline constexpr auto FRAME_TYPE = enumTable("FRAME_TYPE", {
+    {0, "FDD"},
+    {1, "TDD"},
+    {2, "INVALID"},
+});
+
+/// States of a secondary component carrier.
+inline constexpr auto SCC_STATE = enumTable("SCC_STATE", {
+    {0, "SCC_STATE_DECONFIGURED"},
+    {1, "SCC_STATE_CONFIGURED_DEACTIVATED"},
+    {2, "SCC_STATE_ACTIVATED"},
+});
+
+}  // namespace quorin::names

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "messages/codec/enum_table.h"
+
+namespace quorin::names {
+
+/// UMTS RRC connection states.
+inline constexpr auto KWCDMA_RRC_CONN_STATE = enumTable("KWCDMA_RRC_CONN_STATE", {
+    { 0, "KWCDMA_RRC_CONN_STATE_INVALID"},
+    { 1, "KWCDMA_RRC_CONN_STATE_INACTIVE"},
+    { 2, "KWCDMA_RRC_CONN_STATE_IDLE"},
+    { 3, "KWCDMA_RRC_CONN_STATE_ESTABLISH"},
+    { 4, "KWCDMA_RRC_CONN_STATE_URA_PCH"},
+    { 5, "KWCDMA_RRC_CONN_STATE_CELL_PCH"},
+    { 6, "KWCDMA_RRC_CONN_STATE_CELL_FACH"},
+    { 7, "KWCDMA_RRC_CONN_STATE_CELL_DCH"},
+    { 8, "KWCDMA_RRC_CONN_STATE_RELEASE"},
+    { 9, "KWCDMA_RRC_CONN_STATE_RADIO_LINK_FAILURE"},
+    {10, "KWCDMA_RRC_CONN_STATE_SCRI_SENT"},
+});
+
+/// UMTS RRC establishment causes (3GPP TS 25.331, 10.3.3.11).
+inline constexpr auto KRRC_EST = enumTable("KRRC_EST", {
+    { 0, "KRRC_EST_ORIG_CONV_CALL"},
+    { 1, "KRRC_EST_ORIG_STREAM_CALL"},
+    { 2, "KRRC_EST_ORIG_INTERACT_CALL"},
+    { 3, "KRRC_EST_ORIG_BACKGND_CALL"},
+    { 4, "KRRC_EST_ORIG_SUBSCRIBED_TRF_CALL"},
+    { 5, "KRRC_EST_TERM_CONV_CALL"},
+    { 6, "KRRC_EST_TERM_STREAM_CALL"},
+    { 7, "KRRC_EST_TERM_INTERACT_CALL"},
+    { 8, "KRRC_EST_TERM_BACKGND_CALL"},
+    { 9, "KRRC_EST_EMERGENCY_CALL"},
+    {10, "KRRC_EST_INTER_RAT_CELL_RESELECT"},
+    {11, "KRRC_EST_INTER_RAT_CELL_CHANGE_ORDER"},
+    {12, "KRRC_EST_REGISTRATION"},
+    {13, "KRRC_EST_DETACH"},
+    {14, "KRRC_EST_HI_PRI_SIGNALLING"},
+    {15, "KRRC_EST_LOW_PRI_SIGNALLING"},
+    {16, "KRRC_EST_CALL_RE_ESTABLISH"},
+    {17, "KRRC_EST_TERM_HI_SIGNALLING"},
+    {18, "KRRC_EST_TERM_LOW_SIGNALLING"},
+    {19, "KRRC_EST_TERM_UNKNOWN"},
+    {20, "KRRC_EST_MBMS_RECEPTION"},
+    {21, "KRRC_EST_MBMS_PTP_RB_REQUEST"},
+    {22, "KRRC_EST_DELAY_TOLERANT_ACCESS"},
+});
+
+/// UMTS RRC release causes.
+inline constexpr auto KRRC_REL = enumTable("KRRC_REL", {
+    { 0, "KRRC_REL_OTHER_CAUSE"},
+    { 1, "KRRC_REL_NO_CAUSE"},
+    { 2, "KRRC_REL_NO_CELL"},
+    { 3, "KRRC_REL_INACTIVE"},
+    { 4, "KRRC_REL_NORMAL_EVENT"},
+    { 5, "KRRC_REL_CELL_BARRED"},
+    { 6, "KRRC_REL_CELL_CHANGED"},
+    { 7, "KRRC_REL_ACCESS_NOT_ALLOWED"},
+    { 8, "KRRC_REL_RRC_CONN_ESTABLISHMENT_FAILURE"},
+    { 9, "KRRC_REL_RELEASE_OOSA"},
+    {10, "KRRC_REL_SIGN_CONN_REL"},
+    {11, "KRRC_REL_CONN_REJECT_REDIRECTION"},
+    {12, "KRRC_REL_NAS_TRIGGERED_ABORT"},
+    {13, "KRRC_REL_CONN_REL_LOWER_LAYER_FAILURE_DL"},
+    {14, "KRRC_REL_CONN_REL_LOWER_LAYER_FAILURE_UL"},
+    {15, "KRRC_REL_HO_FROM_UTRAN_REVERT_BACK_SYNC_FAIL"},
+    {16, "KRRC_REL_CONN_REJECT_CONGESTION"},
+    {17, "KRRC_REL_CONN_REJECT_UNSPECIFIED"},
+});
+
+/// What high-speed packet access a UMTS cell offers.
+inline constexpr auto SYS_HS_IND = enumTable("SYS_HS_IND", {
+    {0, "SYS_HS_IND_HSDPA_HSUPA_UNSUPP_CELL"},
+    {1, "SYS_HS_IND_HSDPA_SUPP_CELL"},
+    {2, "SYS_HS_IND_HSUPA_SUPP_CELL"},
+    {3, "SYS_HS_IND_HSDPA_HSUPA_SUPP_CELL"},
+});
+
+/// UMTS duplex mode.
+inline constexpr auto DUPLEX_MODE = enumTable("DUPLEX_MODE", {
+    {0, "FDD"},
+    {1, "TDD"},
+});
+
+}  // namespace quorin::names

@@ -1,0 +1,93 @@
+#include "metrics/MetricValidator.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "metrics/conversions.h"
+#include "metrics/metric_cases.h"
+#include "metrics/record_rows.h"
+
+namespace quorin {
+
+namespace {
+
+/// At least two columns, of the ID's low 32 bits.
+std::string hexadecimal(std::int64_t id) {
+  char text[16];
+  std::snprintf(text, sizeof text, "%2X", static_cast<unsigned>(id));
+  return text;
+}
+
+}  // namespace
+
+const std::shared_ptr<MetricValidator>& MetricValidator::sharedInstance() {
+  static std::shared_ptr<MetricValidator> shared;
+  if (!shared) {
+    shared = std::make_shared<MetricValidator>();
+    shared->init();
+  }
+  return shared;
+}
+
+MetricValidator::MetricValidator()
+    : _mySharedOsminInstance(OsminWrapper::sharedInstance()), _dlbwlookup(bandwidthTable()) {}
+
+// Events that arrive between the two are logged by the wrapper and dropped: meant.
+void MetricValidator::init() {
+  _mySharedOsminInstance->listen();
+  _mySharedOsminInstance->setDelegate(weak_from_this());
+}
+
+void MetricValidator::metricsDidUpdate(const EventRecord* metric) {
+  if (!metric) fatal();
+  if (handleMetric(metric->dictionary())) printLine("Received Valid Metric");
+}
+
+void MetricValidator::eventsDidUpdate(const EventRecord* /*trigger*/) {
+  printLine("I dont care for events");
+}
+
+bool MetricValidator::isMetricIDValidWithMetricdict(const Dictionary& metric) {
+  return handleMetric(metric);
+}
+
+bool MetricValidator::handleMetric(const Dictionary& metric) {
+  const Value* entry = metric.find(_metricIDKey);
+  const auto id = entry ? entry->integer() : std::nullopt;
+  if (!id) fatal();
+  _metricID = id;
+  printLine("Metric ID in Hex = " + hexadecimal(*id));
+  const MetricCase* row = metricCase(*id);
+  if (!row) {
+    printLine("I dont care for this Metric");
+    return false;
+  }
+  const Value* payload = metric.find(_payloadKey);
+  const bool bytes = payload && payload->kind() == Value::Kind::data;
+  auto store = row->decode(bytes ? payload->data() : nullptr);
+  if (!store) fatal();
+  keep(*row, std::move(*store));
+  return true;
+}
+
+void MetricValidator::keep(const MetricCase& row, Dictionary store) {
+  if (row.stamp == StampText::beforeLog) convertTimeStamp(store);
+  if (row.convert) row.convert(store);
+  std::string line(row.logText);
+  line += ' ';
+  appendPrinted(line, store);
+  printLine(line);
+  if (row.stamp == StampText::afterLog) convertTimeStamp(store);
+  (this->*row.set)(std::move(store));
+  _arrivals[static_cast<std::size_t>(&row - metricCases().data())] = currentClock().uptime();
+  refreshRecords(*this, row.get);
+}
+
+std::optional<Milliseconds> MetricValidator::arrival(Store store) const {
+  const auto cases = metricCases();
+  const auto row = std::ranges::find(cases, store, &MetricCase::get);
+  if (row == cases.end()) return std::nullopt;
+  return _arrivals[static_cast<std::size_t>(row - cases.begin())];
+}
+
+}  // namespace quorin

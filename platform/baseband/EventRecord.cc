@@ -1,0 +1,150 @@
+#include "platform/baseband/EventRecord.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+#include <vector>
+
+#include "platform/baseband/osmin.h"
+
+namespace quorin {
+
+namespace {
+
+// An entry is packed as key, type and content. A known key is one byte, its row; another is 0xff,
+// its length and its text. Texts and bytes carry a length of four bytes.
+constexpr std::string_view kKnownKeys[] = {
+    osmin::kKeyMetricID,    osmin::kKeyPayload,     osmin::kKeyProfileID,
+    osmin::kKeyTriggerID,   osmin::kKeyTriggerRef,  osmin::kKeyTriggerType,
+    osmin::kKeyAppID,       osmin::kKeyPayloadType,
+};
+constexpr std::uint8_t kOtherKey = 0xff;
+
+class Packer {
+ public:
+  explicit Packer(std::vector<std::uint8_t>& out) : _out(out) {}
+
+  template <class T>
+  void plain(const T& value) {
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(&value);
+    _out.insert(_out.end(), bytes, bytes + sizeof value);
+  }
+  void delimited(const void* bytes, std::size_t length) {
+    plain(static_cast<std::uint32_t>(length));
+    const auto* first = static_cast<const std::uint8_t*>(bytes);
+    _out.insert(_out.end(), first, first + length);
+  }
+  void key(std::string_view key) {
+    for (std::uint8_t row = 0; row < std::size(kKnownKeys); ++row)
+      if (kKnownKeys[row] == key) return plain(row);
+    plain(kOtherKey);
+    delimited(key.data(), key.size());
+  }
+  void value(xpc_object_t object) {
+    const xpc_type_t type = xpc_get_type(object);
+    plain(type);
+    switch (type) {
+      case xpc_type_t::null: break;
+      case xpc_type_t::boolean: plain(xpc_bool_get_value(object)); break;
+      case xpc_type_t::int64: plain(xpc_int64_get_value(object)); break;
+      case xpc_type_t::float64: plain(xpc_double_get_value(object)); break;
+      case xpc_type_t::string: {
+        const auto text = xpc_string_get_string(object);
+        delimited(text.data(), text.size());
+        break;
+      }
+      case xpc_type_t::data: {
+        const auto bytes = xpc_data_get_bytes(object);
+        delimited(bytes.data(), bytes.size());
+        break;
+      }
+      case xpc_type_t::dictionary: {
+        std::vector<std::uint8_t> inner;
+        Packer(inner).entries(object);
+        delimited(inner.data(), inner.size());
+        break;
+      }
+    }
+  }
+  void entries(xpc_object_t dictionary) {
+    xpc_dictionary_apply(dictionary, [this](const std::string& name, xpc_object_t object) {
+      key(name);
+      value(object);
+    });
+  }
+
+ private:
+  std::vector<std::uint8_t>& _out;
+};
+
+class Unpacker {
+ public:
+  explicit Unpacker(Bytes packed) : _rest(packed) {}
+
+  Dictionary dictionary() {
+    Dictionary entries;
+    while (!_rest.empty()) {
+      Value name = key();
+      entries.set(std::move(name), value());
+    }
+    return entries;
+  }
+
+ private:
+  template <class T>
+  T plain() {
+    T value;
+    std::memcpy(&value, _rest.data(), sizeof value);
+    _rest = _rest.subspan(sizeof value);
+    return value;
+  }
+  Bytes delimited() {
+    const auto length = plain<std::uint32_t>();
+    const Bytes bytes = _rest.first(length);
+    _rest = _rest.subspan(length);
+    return bytes;
+  }
+  std::string text() {
+    const Bytes bytes = delimited();
+    return {bytes.begin(), bytes.end()};
+  }
+  Value key() {
+    const auto row = plain<std::uint8_t>();
+    return row == kOtherKey ? Value(text()) : Value(Literal{kKnownKeys[row]});
+  }
+  Value value() {
+    switch (plain<xpc_type_t>()) {
+      case xpc_type_t::null: return {};
+      case xpc_type_t::boolean: return Value(plain<bool>());
+      case xpc_type_t::int64: return Value(plain<std::int64_t>());
+      case xpc_type_t::float64: return Value(plain<double>());
+      case xpc_type_t::string: return Value(text());
+      case xpc_type_t::data: return Value(make<Data>(delimited()));
+      case xpc_type_t::dictionary: return Value(Unpacker(delimited()).dictionary());
+    }
+    return {};
+  }
+
+  Bytes _rest;
+};
+
+}  // namespace
+
+const EventRecord* _CFXPCCreateCFObjectFromXPCObject(xpc_object_t event) {
+  if (!event || xpc_get_type(event) != xpc_type_t::dictionary) return nullptr;
+  std::vector<std::uint8_t> packed;
+  Packer(packed).entries(event);
+  auto* memory = static_cast<std::uint8_t*>(::operator new(sizeof(EventRecord) + packed.size()));
+  std::ranges::copy(packed, memory + sizeof(EventRecord));
+  return new (memory) EventRecord(static_cast<std::uint32_t>(packed.size()));
+}
+
+void EventRecord::release() const {
+  if (_references.fetch_sub(1, std::memory_order_acq_rel) != 1) return;
+  this->~EventRecord();
+  ::operator delete(const_cast<EventRecord*>(this));
+}
+
+Dictionary EventRecord::dictionary() const { return Unpacker(packed()).dictionary(); }
+
+}  // namespace quorin

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+
+namespace quorin {
+
+/// Work that is run one piece after the other, in the order in which it was posted. Posting is for
+/// any thread.
+class DispatchQueue {
+ public:
+  using Work = std::function<void()>;
+
+  explicit DispatchQueue(std::string label) : _label(std::move(label)) {}
+  virtual ~DispatchQueue() = default;
+  DispatchQueue(const DispatchQueue&) = delete;
+  DispatchQueue& operator=(const DispatchQueue&) = delete;
+
+  [[nodiscard]] const std::string& label() const { return _label; }
+  virtual void post(Work work) = 0;
+
+ private:
+  std::string _label;
+};
+
+/// Null where there is no queue.
+using dispatch_queue_t = std::shared_ptr<DispatchQueue>;
+
+/// Passed to event handlers beside the event; nothing here uses it.
+using dispatch_group_t = std::shared_ptr<void>;
+
+/// A serial queue with a thread of its own.
+[[nodiscard]] dispatch_queue_t dispatch_queue_create(std::string label);
+
+inline void dispatch_async(DispatchQueue& queue, DispatchQueue::Work work) {
+  queue.post(std::move(work));
+}
+
+/// Returns once everything posted to the queue before has run. Requires: not called on the queue.
+void waitUntilDone(DispatchQueue& queue);
+
+using dispatch_once_t = std::once_flag;
+inline void dispatch_once(dispatch_once_t& once, const std::function<void()>& work) {
+  std::call_once(once, work);
+}
+
+/// The main thread's queue. Its work runs inside the run loop, or when a toolkit's loop asks for it.
+class MainQueue final : public DispatchQueue {
+ public:
+  MainQueue() : DispatchQueue("main") {}
+
+  void post(Work work) override;
+
+  /// Runs what was posted so far, and not what that posts. False when there was nothing. Main thread.
+  bool runPending();
+
+  /// Waits until something is posted or the time has passed. Main thread.
+  void wait(std::chrono::milliseconds longest);
+
+  /// Called on the posting thread after each post to an empty queue, so that another loop can wake.
+  void setWakeUp(std::function<void()> wakeUp);
+
+ private:
+  std::mutex _mutex;
+  std::condition_variable _posted;
+  std::deque<Work> _work;
+  std::function<void()> _wakeUp;
+};
+
+[[nodiscard]] MainQueue& dispatch_get_main_queue();
+
+}  // namespace quorin

@@ -1,0 +1,71 @@
+#include "platform/foundation/Data.h"
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+
+namespace quorin {
+
+namespace {
+
+int hexDigit(char c) {
+  if (c >= '0' && c <= '9') return c - '0';
+  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+  return -1;
+}
+
+}  // namespace
+
+std::uint64_t hashBytes(Bytes bytes) {
+  std::uint64_t hash = 0xcbf29ce484222325;
+  for (std::uint8_t byte : bytes) hash = (hash ^ byte) * 0x100000001b3;
+  return hash;
+}
+
+bool Data::isEqual(const Object& other) const {
+  const auto* data = dynamic_cast<const Data*>(&other);
+  return data && data->_bytes == _bytes;
+}
+
+bool String::isEqual(const Object& other) const {
+  const auto* string = dynamic_cast<const String*>(&other);
+  return string && string->_text == _text;
+}
+
+std::uint64_t String::hash() const {
+  return hashBytes({reinterpret_cast<const std::uint8_t*>(_text.data()), _text.size()});
+}
+
+std::string hexText(Bytes bytes) {
+  static constexpr char kDigits[] = "0123456789abcdef";
+  std::string text;
+  text.reserve(bytes.size() * 2);
+  for (std::uint8_t byte : bytes) {
+    text += kDigits[byte >> 4];
+    text += kDigits[byte & 15];
+  }
+  return text;
+}
+
+std::optional<std::vector<std::uint8_t>> bytesFromHex(std::string_view text) {
+  if (text.size() % 2 != 0) return std::nullopt;
+  std::vector<std::uint8_t> bytes;
+  bytes.reserve(text.size() / 2);
+  for (std::size_t i = 0; i < text.size(); i += 2) {
+    const int high = hexDigit(text[i]);
+    const int low = hexDigit(text[i + 1]);
+    if (high < 0 || low < 0) return std::nullopt;
+    bytes.push_back(static_cast<std::uint8_t>(high << 4 | low));
+  }
+  return bytes;
+}
+
+Ref<Data> dataWithContentsOfFile(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  if (!file) return nullptr;
+  std::vector<std::uint8_t> bytes{std::istreambuf_iterator<char>(file), {}};
+  return file.bad() ? nullptr : make<Data>(std::move(bytes));
+}
+
+}  // namespace quorin

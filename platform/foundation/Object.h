@@ -1,0 +1,78 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <utility>
+
+namespace quorin {
+
+/// A counted object: whoever holds a `Ref` to it keeps it alive.
+/// Counts are plain numbers: an object belongs to one thread at a time, and moves to another only
+/// through a queue.
+class Object {
+ public:
+  Object() = default;
+  Object(const Object&) = delete;
+  Object& operator=(const Object&) = delete;
+  virtual ~Object() = default;
+
+  /// True for the object itself; values override it.
+  [[nodiscard]] virtual bool isEqual(const Object& other) const { return this == &other; }
+
+  /// Equal objects have equal hashes.
+  [[nodiscard]] virtual std::uint64_t hash() const { return reinterpret_cast<std::uintptr_t>(this); }
+
+  void retain() const { ++_references; }
+  void release() const {
+    if (--_references == 0) delete this;
+  }
+  [[nodiscard]] std::uint32_t references() const { return _references; }
+
+ private:
+  mutable std::uint32_t _references = 0;
+};
+
+/// A strong reference to an `Object`, or null.
+template <class T>
+class Ref {
+ public:
+  Ref() = default;
+  Ref(std::nullptr_t) {}
+  explicit Ref(T* object) : _object(object) {
+    if (_object) _object->retain();
+  }
+  Ref(const Ref& other) : Ref(other._object) {}
+  Ref(Ref&& other) noexcept : _object(std::exchange(other._object, nullptr)) {}
+  template <class U>
+    requires std::is_convertible_v<U*, T*>
+  Ref(const Ref<U>& other) : Ref(static_cast<T*>(other.get())) {}
+  Ref& operator=(Ref other) noexcept {
+    std::swap(_object, other._object);
+    return *this;
+  }
+  ~Ref() {
+    if (_object) _object->release();
+  }
+
+  [[nodiscard]] T* get() const { return _object; }
+  T& operator*() const { return *_object; }
+  T* operator->() const { return _object; }
+  explicit operator bool() const { return _object != nullptr; }
+  friend bool operator==(const Ref& a, const Ref& b) { return a._object == b._object; }
+
+ private:
+  T* _object = nullptr;
+};
+
+template <class T, class... Args>
+[[nodiscard]] Ref<T> make(Args&&... args) {
+  return Ref<T>(new T(std::forward<Args>(args)...));
+}
+
+/// Null on both sides, or equal.
+template <class T>
+[[nodiscard]] bool areEqual(const Ref<T>& a, const Ref<T>& b) {
+  return a && b ? a->isEqual(*b) : !a && !b;
+}
+
+}  // namespace quorin

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <chrono>
+
+namespace quorin {
+
+/// Milliseconds since 1970-01-01 00:00 UTC.
+using Milliseconds = std::chrono::milliseconds;
+
+/// Where the program's time comes from, so that tests own it.
+class Clock {
+ public:
+  virtual ~Clock() = default;
+  /// Never goes back; its start means nothing.
+  [[nodiscard]] virtual Milliseconds uptime() const = 0;
+  /// The time of day.
+  [[nodiscard]] virtual Milliseconds sinceEpoch() const = 0;
+};
+
+/// The machine's own clocks.
+[[nodiscard]] Clock& systemClock();
+
+/// The clock in force: the machine's, until a test puts in its own. Main thread.
+[[nodiscard]] Clock& currentClock();
+void setCurrentClock(Clock& clock);
+
+}  // namespace quorin

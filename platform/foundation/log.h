@@ -1,0 +1,31 @@
+#pragma once
+
+#include <functional>
+#include <string_view>
+
+namespace quorin {
+
+/// A log channel takes whole lines, without their line end. Sinks may be called on any thread.
+using LogSink = std::function<void(std::string_view line)>;
+
+/// Writes one line to the system log.
+void systemLog(std::string_view line);
+
+/// Writes one line to standard output.
+void printLine(std::string_view line);
+
+/// Replaces a channel's sink and gives back the one before. Requires: no other thread is logging.
+LogSink setSystemLogSink(LogSink sink);
+LogSink setPrintSink(LogSink sink);
+
+/// Where the channels write unless told otherwise: syslog's authpriv facility, since the lines carry
+/// identities, or standard error when no system logger listens; and standard output, each line
+/// flushed when it is a terminal.
+[[nodiscard]] LogSink systemLoggerSink();
+[[nodiscard]] LogSink standardErrorSink();
+[[nodiscard]] LogSink standardOutputSink();
+
+/// Ends buffering of the lines printed so far.
+void flushPrintedLines();
+
+}  // namespace quorin

@@ -1,0 +1,43 @@
+#include "tools/metricctl/commands.h"
+
+#include "platform/platform.h"
+
+namespace quorin::metricctl {
+
+namespace {
+
+struct Command {
+  const char* name;
+  const char* help;
+  Action (*add)(CLI::App& arguments);
+};
+
+constexpr Command kCommands[] = {
+    {"decode", "Decode hexadecimal payloads, one a line, into JSON", decodeCommand},
+    {"encode", "Encode JSON, as decode writes it, into hexadecimal payloads", encodeCommand},
+    {"schema", "Print the message catalogue as a reference page or a .proto file", schemaCommand},
+    {"import", "Turn a drive log into a recording", importCommand},
+    {"intake", "Feed a recording through the metric store and dump what it holds", intakeCommand},
+};
+
+}  // namespace
+
+int run(int argc, char** argv) {
+  setSystemLogSink(standardErrorSink());
+  CLI::App app("metricctl: command line for modem metrics");
+  app.require_subcommand(1);
+  app.footer("Exit codes: 0 done, 1 some input line could not be read, 2 wrong use.");
+  int exitCode = done;
+  for (const Command& command : kCommands) {
+    CLI::App* arguments = app.add_subcommand(command.name, command.help);
+    arguments->callback([&exitCode, action = command.add(*arguments)] { exitCode = action(); });
+  }
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? done : wrongUse;
+  }
+  return exitCode;
+}
+
+}  // namespace quorin::metricctl
