@@ -39,7 +39,11 @@ class Loopback::Client final : public osmin::client::Manager {
     const std::lock_guard lock(_mutex);
     const auto handler = _handlers.find(kind);
     if (!_on || handler == _handlers.end() || !_queue) return;
-    dispatch_async(*_queue, [run = handler->second, event] { (*run)(event.get(), nullptr); });
+    ++_shared->pending;
+    dispatch_async(*_queue, [shared = _shared, run = handler->second, event] {
+      (*run)(event.get(), nullptr);
+      --shared->pending;
+    });
   }
 
  private:

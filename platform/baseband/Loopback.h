@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <map>
 #include <mutex>
 #include <vector>
@@ -19,16 +20,18 @@ class Loopback {
   /// the latest of each metric for queries.
   void deliver(const std::string& kind, const XpcRef& event);
 
- private:
-  struct Shared;
-  class Client;
-  std::shared_ptr<Shared> _shared = std::make_shared<Shared>();
+  /// Events that were delivered and whose handlers have not returned.
+  [[nodiscard]] std::size_t pending() const { return _shared->pending; }
 
+ private:
+  class Client;
   struct Shared {
+    std::atomic<std::size_t> pending = 0;
     std::mutex mutex;
     std::vector<std::weak_ptr<Client>> clients;
     std::map<std::int64_t, XpcRef> latest;  // by metric ID
   };
+  std::shared_ptr<Shared> _shared = std::make_shared<Shared>();
 };
 
 }  // namespace quorin

@@ -72,4 +72,9 @@ LogSink setSystemLogSink(LogSink sink) { return std::exchange(systemSink(), std:
 LogSink setPrintSink(LogSink sink) { return std::exchange(printSink(), std::move(sink)); }
 void flushPrintedLines() { std::fflush(stdout); }
 
+void writeOut(std::string_view text) {
+  std::fwrite(text.data(), 1, text.size(), stdout);
+  std::fflush(stdout);
+}
+
 }  // namespace quorin

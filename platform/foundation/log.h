@@ -28,4 +28,7 @@ LogSink setPrintSink(LogSink sink);
 /// Ends buffering of the lines printed so far.
 void flushPrintedLines();
 
+/// Writes text to standard output as it is, behind the lines printed so far. For toolkits.
+void writeOut(std::string_view text);
+
 }  // namespace quorin

@@ -14,7 +14,8 @@ using Json = nlohmann::ordered_json;
 
 constexpr char kArrivalKey[] = "t";
 
-/// The entry's value as an inter-process object; null when a payload's text is not hexadecimal.
+/// The entry's value as an inter-process object, the null object for what an event never carries;
+/// null when a payload's text is not hexadecimal.
 XpcRef objectOf(const std::string& key, const Json& value) {
   if (value.is_string()) {
     const auto& text = value.get_ref<const std::string&>();
@@ -28,12 +29,6 @@ XpcRef objectOf(const std::string& key, const Json& value) {
     return XpcRef(xpc_double_create(value.get<double>()));  // no 64-bit integer can hold it
   if (value.is_number_integer()) return XpcRef(xpc_int64_create(value.get<std::int64_t>()));
   if (value.is_number()) return XpcRef(xpc_double_create(value.get<double>()));
-  if (value.is_object()) {
-    XpcRef dictionary(xpc_dictionary_create(nullptr, nullptr, 0));
-    for (const auto& [inner, entry] : value.items())
-      xpc_dictionary_set_value(dictionary.get(), inner.c_str(), objectOf("", entry).get());
-    return dictionary;
-  }
   return XpcRef(xpc_null_create());
 }
 

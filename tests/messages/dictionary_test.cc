@@ -1,0 +1,71 @@
+#include "messages/lte/KCellularLteCarrierAggregationStatus.h"
+#include "messages/lte/KCellularLteRrcState.h"
+#include "messages/lte/KCellularLteSelReselCellInfo.h"
+#include "messages/nas/KCellularActivatedBearerContexts.h"
+#include "messages/nas/KCellularEmmContext.h"
+#include "tests/support/rig.h"
+
+namespace quorin::test {
+namespace {
+
+TEST(DictionaryRepresentation, StandsInFieldOrderWithoutAbsentFields) {
+  KCellularLteRrcState message;
+  EXPECT_EQ(printed(message.dictionaryRepresentation()), "[:]");
+  message.setCause(255);
+  message.setTimestamp(1);
+  EXPECT_EQ(printed(message.dictionaryRepresentation()),
+            "[timestamp: 1, cause: KLTE_RRC_CAUSE_NA]");
+}
+
+TEST(DictionaryRepresentation, KeepsTheKindsOfNumbers) {
+  KCellularActivatedBearerContexts contexts;
+  contexts.setTimestamp(1);
+  contexts.setBearerContextCount(2);
+  const auto bearer = make<BearerContext>();
+  bearer->setIsAddrIratMobile(true);
+  bearer->setApn(make<String>("internet"));
+  bearer->setPdpAddr(data("0a 00 00 01"));
+  contexts.addBearerContexts(bearer);
+  const Dictionary dictionary = contexts.dictionaryRepresentation();
+  EXPECT_EQ(dictionary.find("timestamp")->kind(), Value::Kind::uint64);
+  EXPECT_EQ(dictionary.find("bearer_context_count")->kind(), Value::Kind::uint32);
+  const Dictionary entry = dictionary.find("bearer_contexts")->list()[0].dictionary();
+  EXPECT_EQ(entry.find("is_addr_irat_mobile")->kind(), Value::Kind::boolean);
+  EXPECT_EQ(entry.find("pdp_addr")->data().get(), bearer->pdpAddr().get()) << "the object itself";
+  EXPECT_EQ(printed(dictionary),
+            "[timestamp: 1, bearer_context_count: 2, bearer_contexts: [[apn: internet, pdp_addr: "
+            "<0a000001>, is_addr_irat_mobile: 1]]]");
+}
+
+TEST(DictionaryRepresentation, LeavesOutEmptyRepeatedFields) {
+  KCellularLteCarrierAggregationStatus status;
+  status.addSccList(make<SecondaryComponentCarrier>());
+  EXPECT_EQ(printed(status.dictionaryRepresentation()), "[scc_list: [[:]]]");
+  status.clearSccLists();
+  EXPECT_EQ(printed(status.dictionaryRepresentation()), "[:]");
+  KCellularLteSelReselCellInfo bands;
+  bands.addMultiBandInfo(1);
+  bands.clearMultiBandInfos();
+  EXPECT_EQ(printed(bands.dictionaryRepresentation()), "[:]");
+}
+
+TEST(DictionaryRepresentation, IsANewOneEachTime) {
+  KCellularLteRrcState message;
+  message.setTimestamp(1);
+  Dictionary first = message.dictionaryRepresentation();
+  first.set(Literal{"timestamp"}, Value(std::string("changed")));
+  EXPECT_EQ(printed(message.dictionaryRepresentation()), "[timestamp: 1]");
+}
+
+TEST(Description, IsTheBasesTextAndThePrintedDictionary) {
+  KCellularEmmContext message;
+  message.setGuti(make<Guti>());
+  message.guti()->setMmec(5);
+  char address[32];
+  std::snprintf(address, sizeof address, "%p", static_cast<void*>(&message));
+  EXPECT_EQ(message.description(),
+            std::string("<KCellularEmmContext: ") + address + "> [guti: [mmec: 5]]");
+}
+
+}  // namespace
+}  // namespace quorin::test
