@@ -136,6 +136,9 @@ class TextApplication {
 int UIApplicationMain(int argc, char** argv, std::optional<std::string> /*principalClassName*/,
                       std::string_view delegateClassName, const UIStoryboard& storyboard) {
   CLI::App app("quorin: what the cellular modem is doing now, as pages of text");
+  app.failure_message([](const CLI::App* /*app*/, const CLI::Error& error) {
+    return std::string("quorin: ") + error.what() + "; --help tells more\n";
+  });
   Options options;
   addTo(app, options);
   try {

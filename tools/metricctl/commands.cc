@@ -26,6 +26,9 @@ int run(int argc, char** argv) {
   setSystemLogSink(standardErrorSink());
   CLI::App app("metricctl: command line for modem metrics");
   app.require_subcommand(1);
+  app.failure_message([](const CLI::App* /*app*/, const CLI::Error& error) {
+    return std::string("metricctl: ") + error.what() + "; metricctl --help tells more\n";
+  });
   app.footer("Exit codes: 0 done, 1 some input line could not be read, 2 wrong use.");
   int exitCode = done;
   for (const Command& command : kCommands) {
