@@ -14,20 +14,6 @@ namespace quorin {
 
 namespace {
 
-bool systemLoggerListens() {
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  std::strcpy(address.sun_path, "/dev/log");
-  for (int type : {SOCK_DGRAM, SOCK_STREAM}) {
-    const int fd = socket(AF_UNIX, type | SOCK_CLOEXEC, 0);
-    if (fd < 0) return false;
-    const bool listens = connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
-    close(fd);
-    if (listens) return true;
-  }
-  return false;
-}
-
 void writeLine(std::FILE* file, std::string_view line) {
   std::string whole(line);
   whole += '\n';  // one write, so that lines of two threads never mix
@@ -45,6 +31,20 @@ LogSink& printSink() {
 }
 
 }  // namespace
+
+bool systemLoggerListens() {
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  std::strcpy(address.sun_path, "/dev/log");
+  for (int type : {SOCK_DGRAM, SOCK_STREAM}) {
+    const int fd = socket(AF_UNIX, type | SOCK_CLOEXEC, 0);
+    if (fd < 0) return false;
+    const bool listens = connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
+    close(fd);
+    if (listens) return true;
+  }
+  return false;
+}
 
 LogSink standardErrorSink() {
   return [](std::string_view line) { writeLine(stderr, line); };

@@ -7,7 +7,9 @@ namespace quorin {
 std::string PBCodable::description() const {
   char address[24];
   std::snprintf(address, sizeof address, "%p", static_cast<const void*>(this));
-  return "<" + std::string(className()) + ": " + address + ">";
+  std::string text("<");
+  text.append(className()).append(": ").append(address).append(">");
+  return text;
 }
 
 }  // namespace quorin

@@ -56,14 +56,20 @@ bool wantsColour() {
          std::string_view(terminal) != "dumb";
 }
 
-/// On a terminal the log's lines step back behind the pages.
-void setUpPrinting(const Options& options, const TextStyle& style) {
-  if (options.quiet)
-    setPrintSink([](std::string_view) {});
-  else if (!style.quiet.empty())
-    setPrintSink([style, plain = standardOutputSink()](std::string_view line) {
-      plain(style.quiet + printable(line) + style.end);
-    });
+/// How a log channel looks on this terminal or file: left out, stepping back behind the pages, or
+/// as it is.
+LogSink shownAs(LogSink plain, const Options& options, const TextStyle& style, bool terminal) {
+  if (options.quiet) return [](std::string_view) {};
+  if (!terminal) return plain;
+  return [style, plain = std::move(plain)](std::string_view line) {
+    plain(style.quiet + printable(line) + style.end);
+  };
+}
+
+void setUpLogs(const Options& options, const TextStyle& style) {
+  setPrintSink(shownAs(standardOutputSink(), options, style, isatty(STDOUT_FILENO) != 0));
+  if (!systemLoggerListens())
+    setSystemLogSink(shownAs(standardErrorSink(), options, style, isatty(STDERR_FILENO) != 0));
 }
 
 class TextApplication {
@@ -73,7 +79,7 @@ class TextApplication {
   int run(std::string_view delegateClassName, const UIStoryboard& storyboard) {
     if (!openRecording()) return 2;
     const TextStyle style = wantsColour() ? TextStyle{"\033[1m", "\033[2m", "\033[0m"} : TextStyle{};
-    setUpPrinting(_options, style);
+    setUpLogs(_options, style);
     UIApplication application(storyboard);
     application.launch(delegateClassName);
     TextScreen screen(style);
