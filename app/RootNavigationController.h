@@ -10,8 +10,12 @@ class RootNavigationController : public UINavigationController {
   [[nodiscard]] const std::string& myAppID() const { return _myAppID; }
   [[nodiscard]] const std::string& metricFileName() const { return _metricFileName; }
   [[nodiscard]] const std::string& metricFileType() const { return _metricFileType; }
-  [[nodiscard]] const std::shared_ptr<OsminWrapper>& myOsminWrapper() const { return _myOsminWrapper; }
-  [[nodiscard]] const std::shared_ptr<MetricValidator>& myMetricValidator() const { return _myMetricValidator; }
+  [[nodiscard]] const std::shared_ptr<OsminWrapper>& myOsminWrapper() const {
+    return _myOsminWrapper;
+  }
+  [[nodiscard]] const std::shared_ptr<MetricValidator>& myMetricValidator() const {
+    return _myMetricValidator;
+  }
 
   /// Each sets the properties, in their order, before it runs the base's.
   void initWithNavigationBarClass(std::optional<std::string> navigationBarClass,

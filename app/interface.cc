@@ -16,6 +16,7 @@ Page page() {
   return std::make_shared<Controller>();
 }
 
+// clang-format off
 constexpr UIScene kScenes[] = {
     {"RootNavigationController", page<RootNavigationController>},
     {"QuorinViewController", page<QuorinViewController>, {"LaunchView", CellStyle::basic}, "Quorin",
@@ -27,6 +28,7 @@ constexpr UIScene kScenes[] = {
     {"ThirdLevelViewController", page<ThirdLevelViewController>,
      {"ThirdClickView", CellStyle::basic, "Field"}, "Field", ""},
 };
+// clang-format on
 
 constexpr UIDelegateClass kDelegates[] = {
     {"AppDelegate",

@@ -53,9 +53,8 @@ bool OsminWrapper::addVantorConfigForAppId(std::string_view appId,
                                            const std::string& andProtofFilePath) {
   if (appId != kAppID) return false;
   const Ref<Data> file = dataWithContentsOfFile(andProtofFilePath);
-  const Bytes bytes = file ? file->bytes() : Bytes{};
-  const XpcRef payload(xpc_data_create(bytes.data(), bytes.size()));
-  if (!payload || xpc_get_type(payload.get()) == xpc_type_t::null) return false;
+  const XpcRef payload = commandPayload(file ? file->bytes() : Bytes{});
+  if (!payload) return false;
   return perform(osmin::kCommandAddConfiguration,
                  commandInput({{osmin::kKeyAppID, kAppIDValue},
                                {osmin::kKeyPayload, 0, payload.get()},
@@ -73,22 +72,21 @@ bool OsminWrapper::querySpecificMetric(std::string_view appId, std::int32_t trig
                                        std::int32_t triggerType, std::int32_t triggerID,
                                        std::int32_t profileID, std::int32_t metricID) {
   if (appId != kAppID) return false;
-  return perform(
-      osmin::kCommandQueryMetric,
-      commandInput({{osmin::kKeyAppID, kAppIDValue},
-                    {osmin::kKeyPayloadType, kPayloadType},
-                    {osmin::kKeyTriggerRef, triggerRef},
-                    {osmin::kKeyTriggerType, triggerType},
-                    {osmin::kKeyTriggerID, triggerID},
-                    {osmin::kKeyProfileID, profileID},
-                    {osmin::kKeyMetricID, metricID}}),
-      "-[OsminWrapper "
-      "querySpecificMetric:triggerRef:triggerType:triggerID:profileID:metricID:]");
+  return perform(osmin::kCommandQueryMetric,
+                 commandInput({{osmin::kKeyAppID, kAppIDValue},
+                               {osmin::kKeyPayloadType, kPayloadType},
+                               {osmin::kKeyTriggerRef, triggerRef},
+                               {osmin::kKeyTriggerType, triggerType},
+                               {osmin::kKeyTriggerID, triggerID},
+                               {osmin::kKeyProfileID, profileID},
+                               {osmin::kKeyMetricID, metricID}}),
+                 "-[OsminWrapper "
+                 "querySpecificMetric:triggerRef:triggerType:triggerID:profileID:metricID:]");
 }
 
 bool OsminWrapper::perform(const char* command, const XpcRef& input, const char* caller) {
   osmin::CommandResult result{osmin::kStatusNotCarriedOut, ""};
-  xpc_object_t output = xpc_null_create();
+  xpc_object_t output = commandOutput();
   result = osmin::client::PerformCommand(_osminManager, command, input.get(), &output);
   xpc_release(output);
   systemLog(std::string(caller) + ": error=" + std::to_string(result.status) +

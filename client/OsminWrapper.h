@@ -10,8 +10,8 @@
 namespace quorin {
 
 /// The one place that talks to the baseband-manager service: configures it, asks it, and hands each
-/// event to one delegate. Commands block the calling thread, which is the main one; events are taken
-/// on the wrapper's own serial queue and delivered on the main queue.
+/// event to one delegate. Commands block the calling thread, which is the main one; events are
+/// taken on the wrapper's own serial queue and delivered on the main queue.
 class OsminWrapper : public std::enable_shared_from_this<OsminWrapper> {
  public:
   /// The one wrapper of the process, made on the first call. Main thread.

@@ -11,8 +11,8 @@
 namespace quorin {
 
 /// The one store: takes metric events, decodes those that are shown, and keeps the latest of each
-/// kind as a dictionary, and the records that the pages read. Everything on the main thread, without
-/// locks.
+/// kind as a dictionary, and the records that the pages read. Everything on the main thread,
+/// without locks.
 class MetricValidator : public OsminWrapperDelegate,
                         public std::enable_shared_from_this<MetricValidator> {
  public:
@@ -23,8 +23,8 @@ class MetricValidator : public OsminWrapperDelegate,
   /// Listens, and only then becomes the wrapper's delegate. Requires: held by a shared pointer.
   void init();
 
-  /// Fatal without a dictionary, without an integer metric ID, and for a payload of a handled metric
-  /// that does not decode.
+  /// Fatal without a dictionary, without an integer metric ID, and for a payload of a handled
+  /// metric that does not decode.
   void metricsDidUpdate(const EventRecord* metric) override;
   void eventsDidUpdate(const EventRecord* trigger) override;
 
@@ -84,14 +84,26 @@ class MetricValidator : public OsminWrapperDelegate,
   void setMyLTEIntraRatMeasDict(Dictionary store) { _myLTEIntraRatMeasDict = std::move(store); }
   [[nodiscard]] const Dictionary& myLTECAStatusDict() const { return _myLTECAStatusDict; }
   void setMyLTECAStatusDict(Dictionary store) { _myLTECAStatusDict = std::move(store); }
-  [[nodiscard]] const Dictionary& myLTESecondaryCellMeasDict() const { return _myLTESecondaryCellMeasDict; }
-  void setMyLTESecondaryCellMeasDict(Dictionary store) { _myLTESecondaryCellMeasDict = std::move(store); }
+  [[nodiscard]] const Dictionary& myLTESecondaryCellMeasDict() const {
+    return _myLTESecondaryCellMeasDict;
+  }
+  void setMyLTESecondaryCellMeasDict(Dictionary store) {
+    _myLTESecondaryCellMeasDict = std::move(store);
+  }
   [[nodiscard]] const Dictionary& myLTEEMMContextDict() const { return _myLTEEMMContextDict; }
   void setMyLTEEMMContextDict(Dictionary store) { _myLTEEMMContextDict = std::move(store); }
-  [[nodiscard]] const Dictionary& myCellularMMCommonInfoDict() const { return _myCellularMMCommonInfoDict; }
-  void setMyCellularMMCommonInfoDict(Dictionary store) { _myCellularMMCommonInfoDict = std::move(store); }
-  [[nodiscard]] const Dictionary& myCellularActiveBearerDict() const { return _myCellularActiveBearerDict; }
-  void setMyCellularActiveBearerDict(Dictionary store) { _myCellularActiveBearerDict = std::move(store); }
+  [[nodiscard]] const Dictionary& myCellularMMCommonInfoDict() const {
+    return _myCellularMMCommonInfoDict;
+  }
+  void setMyCellularMMCommonInfoDict(Dictionary store) {
+    _myCellularMMCommonInfoDict = std::move(store);
+  }
+  [[nodiscard]] const Dictionary& myCellularActiveBearerDict() const {
+    return _myCellularActiveBearerDict;
+  }
+  void setMyCellularActiveBearerDict(Dictionary store) {
+    _myCellularActiveBearerDict = std::move(store);
+  }
   [[nodiscard]] const Dictionary& myGMMContextDict() const { return _myGMMContextDict; }
   void setMyGMMContextDict(Dictionary store) { _myGMMContextDict = std::move(store); }
   [[nodiscard]] const Dictionary& myMMContextDict() const { return _myMMContextDict; }
@@ -112,7 +124,9 @@ class MetricValidator : public OsminWrapperDelegate,
   void setMyUMTSNbrMeasDict(Dictionary store) { _myUMTSNbrMeasDict = std::move(store); }
   [[nodiscard]] const Dictionary& myGSMScellInfoDict() const { return _myGSMScellInfoDict; }
   void setMyGSMScellInfoDict(Dictionary store) { _myGSMScellInfoDict = std::move(store); }
-  [[nodiscard]] const Dictionary& myGSMIdleConfigInfoDict() const { return _myGSMIdleConfigInfoDict; }
+  [[nodiscard]] const Dictionary& myGSMIdleConfigInfoDict() const {
+    return _myGSMIdleConfigInfoDict;
+  }
   void setMyGSMIdleConfigInfoDict(Dictionary store) { _myGSMIdleConfigInfoDict = std::move(store); }
   [[nodiscard]] const Dictionary& myGSMIdleScellMeasDict() const { return _myGSMIdleScellMeasDict; }
   void setMyGSMIdleScellMeasDict(Dictionary store) { _myGSMIdleScellMeasDict = std::move(store); }

@@ -8,8 +8,8 @@ namespace quorin {
 
 // Pure functions over values. A value that is no number is given back as it came.
 
-/// Milliseconds since 1970-01-01 00:00 UTC -> "yyyy-MM-dd HH:mm:ss zzz" in the zone that is in force
-/// at this moment. Seconds are floored.
+/// Milliseconds since 1970-01-01 00:00 UTC -> "yyyy-MM-dd HH:mm:ss zzz" in the zone that is in
+/// force at this moment. Seconds are floored.
 [[nodiscard]] std::string timeStampText(double milliseconds);
 
 /// Replaces the "timestamp" entry, where there is one, with its text.

@@ -2,9 +2,6 @@
 
 #include <algorithm>
 
-#include "messages/nas/KCellularActivatedBearerContexts.h"
-#include "messages/nas/KCellularEmmContext.h"
-#include "messages/nas/KCellularGmmContext.h"
 #include "messages/gsm/KCellularGsmCsRfMeasurement.h"
 #include "messages/gsm/KCellularGsmGprsConfig.h"
 #include "messages/gsm/KCellularGsmGrrEventMeasCr.h"
@@ -22,6 +19,9 @@
 #include "messages/lte/KCellularLteSecondaryCellMeasurements.h"
 #include "messages/lte/KCellularLteSelReselCellInfo.h"
 #include "messages/lte/KCellularLteTxPower.h"
+#include "messages/nas/KCellularActivatedBearerContexts.h"
+#include "messages/nas/KCellularEmmContext.h"
+#include "messages/nas/KCellularGmmContext.h"
 #include "messages/nas/KCellularMmCommonInfo.h"
 #include "messages/nas/KCellularMmContext.h"
 #include "messages/nas/KCellularSimCardFiles.h"
@@ -59,10 +59,13 @@ constexpr StoreRow kStoreRows[] = {
     {"myLTEInterRatMeasDict", &MV::myLTEInterRatMeasDict, &MV::setMyLTEInterRatMeasDict},
     {"myLTEIntraRatMeasDict", &MV::myLTEIntraRatMeasDict, &MV::setMyLTEIntraRatMeasDict},
     {"myLTECAStatusDict", &MV::myLTECAStatusDict, &MV::setMyLTECAStatusDict},
-    {"myLTESecondaryCellMeasDict", &MV::myLTESecondaryCellMeasDict, &MV::setMyLTESecondaryCellMeasDict},
+    {"myLTESecondaryCellMeasDict", &MV::myLTESecondaryCellMeasDict,
+     &MV::setMyLTESecondaryCellMeasDict},
     {"myLTEEMMContextDict", &MV::myLTEEMMContextDict, &MV::setMyLTEEMMContextDict},
-    {"myCellularMMCommonInfoDict", &MV::myCellularMMCommonInfoDict, &MV::setMyCellularMMCommonInfoDict},
-    {"myCellularActiveBearerDict", &MV::myCellularActiveBearerDict, &MV::setMyCellularActiveBearerDict},
+    {"myCellularMMCommonInfoDict", &MV::myCellularMMCommonInfoDict,
+     &MV::setMyCellularMMCommonInfoDict},
+    {"myCellularActiveBearerDict", &MV::myCellularActiveBearerDict,
+     &MV::setMyCellularActiveBearerDict},
     {"myGMMContextDict", &MV::myGMMContextDict, &MV::setMyGMMContextDict},
     {"myMMContextDict", &MV::myMMContextDict, &MV::setMyMMContextDict},
     {"myUMTSRRCStateDict", &MV::myUMTSRRCStateDict, &MV::setMyUMTSRRCStateDict},
@@ -84,36 +87,69 @@ constexpr StoreRow kStoreRows[] = {
 // K_LTE_RLF and K_LTE_SCELL_MEAS have no row: meant. The reselection store keeps its milliseconds,
 // and the bearer store is logged with them: meant, too.
 constexpr MetricCase kMetricCases[] = {
-    {K_SIM_FILE_INFO, decodeAs<KCellularSimCardFiles>, &MV::mySIMFileInfoDict, &MV::setMySIMFileInfoDict, "Received SIM Card File Info is"},
-    {K_GSM_SCELL_INFO, decodeAs<KCellularGsmScellInfo>, &MV::myGSMScellInfoDict, &MV::setMyGSMScellInfoDict, "Received GSM Serving Cell Info"},
-    {K_UMTS_SCELL_INFO, decodeAs<KCellularWcdmaCellInfo>, &MV::myUMTSCellInfoDict, &MV::setMyUMTSCellInfoDict, "Received UMTS Serving Cell Info is"},
-    {K_LTE_SCELL_INFO, decodeAs<KCellularLteScellInfo>, &MV::myLTESCellInfoDict, &MV::setMyLTESCellInfoDict, "Current Serving Cell Info is", StampText::beforeLog, halveBandwidths},
-    {K_LTE_RRC_STATE, decodeAs<KCellularLteRrcState>, &MV::myLTERRCStateDict, &MV::setMyLTERRCStateDict, "Current RRC state is"},
-    {K_LTE_CDRX_CONFIG, decodeAs<KCellularLteCdrxConfig>, &MV::myLTECDRXConfigDict, &MV::setMyLTECDRXConfigDict, "Current CDRX Config is"},
-    {K_LTE_RSRP_RSRQ_SINR, decodeAs<KCellularLteRsrpRsrqSinr>, &MV::myLTERsrpRsrqSinrDict, &MV::setMyLTERsrpRsrqSinrDict, "Received RSRP RSRQ SINR is :"},
-    {K_GSM_IDLE_CONFIG, decodeAs<KCellularGsmIdleConfig>, &MV::myGSMIdleConfigInfoDict, &MV::setMyGSMIdleConfigInfoDict, "Received GSM Idle Config Info is"},
-    {K_GSM_IDLE_SCELL_MEAS, decodeAs<KCellularGsmIdleScellMeasurement>, &MV::myGSMIdleScellMeasDict, &MV::setMyGSMIdleScellMeasDict, "Received GSM Idle Serving Cell Meas Info is"},
-    {K_GSM_CS_RF_MEAS, decodeAs<KCellularGsmCsRfMeasurement>, &MV::myGSMConnRfMeasDict, &MV::setMyGSMConnRfMeasDict, "Received GSM Connected Serving Cell Meas Info is"},
-    {K_GSM_NCELL_MEAS, decodeAs<KCellularGsmGrrEventMeasCr>, &MV::myGSMNbrMeasDict, &MV::setMyGSMNbrMeasDict, "Received GSM Nbr Cell Meas Info is"},
-    {K_GSM_GPRS_CONFIG, decodeAs<KCellularGsmGprsConfig>, &MV::myGSMGPRSConfigDict, &MV::setMyGSMGPRSConfigDict, "Received GSM GPRS Config Info is"},
-    {K_UMTS_SCELL_MEAS, decodeAs<KCellularWcdmaScellMeasurement>, &MV::myUMTSCellMeasDict, &MV::setMyUMTSCellMeasDict, "Received UMTS Serving Cell Meas is"},
-    {K_UMTS_TX_POWER, decodeAs<KCellularWcdmaTxPower>, &MV::myUMTSTxPowerDict, &MV::setMyUMTSTxPowerDict, "Received Tx Power is"},
-    {K_UMTS_SEL_RESEL_INFO, decodeAs<KCellularWcdmaSelReselCellInfo>, &MV::myUMTSSelReselDict, &MV::setMyUMTSSelReselDict, "Received UMTS Cell Resel Info is"},
-    {K_UMTS_NCELL_MEAS, decodeAs<KCellularWcdmaNbrCellMeas>, &MV::myUMTSNbrMeasDict, &MV::setMyUMTSNbrMeasDict, "Received UMTS InterRat Meas Info is"},
-    {K_UMTS_RRC_STATE, decodeAs<KCellularWcdmaRrcConnectionState>, &MV::myUMTSRRCStateDict, &MV::setMyUMTSRRCStateDict, "Received UMTS RRC Connection State is"},
-    {K_UMTS_RRC_CONFIG, decodeAs<KCellularWcdmaRrcConfiguration>, &MV::myUMTSRRCConfigDict, &MV::setMyUMTSRRCConfigDict, "Received UMTS RRC Configuration is"},
-    {K_LTE_TX_POWER, decodeAs<KCellularLteTxPower>, &MV::myLTETxPowerDict, &MV::setMyLTETxPowerDict, "Received LTE Tx Power is"},
-    {K_LTE_COMPCARR_INFO, decodeAs<KCellularLteComponentCarrierInfo>, &MV::myLTECompCarrDict, &MV::setMyLTECompCarrDict, "Received Component Carrier info is"},
-    {K_LTE_SEL_RESEL_INFO, decodeAs<KCellularLteSelReselCellInfo>, &MV::myLTESelReselDict, &MV::setMyLTESelReselDict, "Received LTE Cell Resel Info is", StampText::never},
-    {K_LTE_INTRARAT_MEAS, decodeAs<KCellularLteNbrEutraCellMeas>, &MV::myLTEIntraRatMeasDict, &MV::setMyLTEIntraRatMeasDict, "Received LTE IRAT Meas is"},
-    {K_LTE_INTERRAT_MEAS, decodeAs<KCellularLteNbrInterRatCellMeas>, &MV::myLTEInterRatMeasDict, &MV::setMyLTEInterRatMeasDict, "Received LTE InterRat Meas Info is"},
-    {K_LTE_CA_STATUS, decodeAs<KCellularLteCarrierAggregationStatus>, &MV::myLTECAStatusDict, &MV::setMyLTECAStatusDict, "Received CA Status Dict is"},
-    {K_LTE_SECONDARYCELL_MEAS, decodeAs<KCellularLteSecondaryCellMeasurements>, &MV::myLTESecondaryCellMeasDict, &MV::setMyLTESecondaryCellMeasDict, "Received Secondary Cell Measurement Dict is"},
-    {K_CELLULAR_MM_INFO, decodeAs<KCellularMmCommonInfo>, &MV::myCellularMMCommonInfoDict, &MV::setMyCellularMMCommonInfoDict, "Received MM Common Info Dict is :"},
-    {K_CELLULAR_MM_CTXT, decodeAs<KCellularMmContext>, &MV::myMMContextDict, &MV::setMyMMContextDict, "Received MM Context Info is"},
-    {K_CELLULAR_GMM_CTXT, decodeAs<KCellularGmmContext>, &MV::myGMMContextDict, &MV::setMyGMMContextDict, "Received GMM Context Info is"},
-    {K_LTE_EMM_CTXT, decodeAs<KCellularEmmContext>, &MV::myLTEEMMContextDict, &MV::setMyLTEEMMContextDict, "Received EMM Context is"},
-    {K_CELLULAR_ACTIVE_BEARER, decodeAs<KCellularActivatedBearerContexts>, &MV::myCellularActiveBearerDict, &MV::setMyCellularActiveBearerDict, "Received Bearer Context Info is", StampText::afterLog},
+    {K_SIM_FILE_INFO, decodeAs<KCellularSimCardFiles>, &MV::mySIMFileInfoDict,
+     &MV::setMySIMFileInfoDict, "Received SIM Card File Info is"},
+    {K_GSM_SCELL_INFO, decodeAs<KCellularGsmScellInfo>, &MV::myGSMScellInfoDict,
+     &MV::setMyGSMScellInfoDict, "Received GSM Serving Cell Info"},
+    {K_UMTS_SCELL_INFO, decodeAs<KCellularWcdmaCellInfo>, &MV::myUMTSCellInfoDict,
+     &MV::setMyUMTSCellInfoDict, "Received UMTS Serving Cell Info is"},
+    {K_LTE_SCELL_INFO, decodeAs<KCellularLteScellInfo>, &MV::myLTESCellInfoDict,
+     &MV::setMyLTESCellInfoDict, "Current Serving Cell Info is", StampText::beforeLog,
+     halveBandwidths},
+    {K_LTE_RRC_STATE, decodeAs<KCellularLteRrcState>, &MV::myLTERRCStateDict,
+     &MV::setMyLTERRCStateDict, "Current RRC state is"},
+    {K_LTE_CDRX_CONFIG, decodeAs<KCellularLteCdrxConfig>, &MV::myLTECDRXConfigDict,
+     &MV::setMyLTECDRXConfigDict, "Current CDRX Config is"},
+    {K_LTE_RSRP_RSRQ_SINR, decodeAs<KCellularLteRsrpRsrqSinr>, &MV::myLTERsrpRsrqSinrDict,
+     &MV::setMyLTERsrpRsrqSinrDict, "Received RSRP RSRQ SINR is :"},
+    {K_GSM_IDLE_CONFIG, decodeAs<KCellularGsmIdleConfig>, &MV::myGSMIdleConfigInfoDict,
+     &MV::setMyGSMIdleConfigInfoDict, "Received GSM Idle Config Info is"},
+    {K_GSM_IDLE_SCELL_MEAS, decodeAs<KCellularGsmIdleScellMeasurement>, &MV::myGSMIdleScellMeasDict,
+     &MV::setMyGSMIdleScellMeasDict, "Received GSM Idle Serving Cell Meas Info is"},
+    {K_GSM_CS_RF_MEAS, decodeAs<KCellularGsmCsRfMeasurement>, &MV::myGSMConnRfMeasDict,
+     &MV::setMyGSMConnRfMeasDict, "Received GSM Connected Serving Cell Meas Info is"},
+    {K_GSM_NCELL_MEAS, decodeAs<KCellularGsmGrrEventMeasCr>, &MV::myGSMNbrMeasDict,
+     &MV::setMyGSMNbrMeasDict, "Received GSM Nbr Cell Meas Info is"},
+    {K_GSM_GPRS_CONFIG, decodeAs<KCellularGsmGprsConfig>, &MV::myGSMGPRSConfigDict,
+     &MV::setMyGSMGPRSConfigDict, "Received GSM GPRS Config Info is"},
+    {K_UMTS_SCELL_MEAS, decodeAs<KCellularWcdmaScellMeasurement>, &MV::myUMTSCellMeasDict,
+     &MV::setMyUMTSCellMeasDict, "Received UMTS Serving Cell Meas is"},
+    {K_UMTS_TX_POWER, decodeAs<KCellularWcdmaTxPower>, &MV::myUMTSTxPowerDict,
+     &MV::setMyUMTSTxPowerDict, "Received Tx Power is"},
+    {K_UMTS_SEL_RESEL_INFO, decodeAs<KCellularWcdmaSelReselCellInfo>, &MV::myUMTSSelReselDict,
+     &MV::setMyUMTSSelReselDict, "Received UMTS Cell Resel Info is"},
+    {K_UMTS_NCELL_MEAS, decodeAs<KCellularWcdmaNbrCellMeas>, &MV::myUMTSNbrMeasDict,
+     &MV::setMyUMTSNbrMeasDict, "Received UMTS InterRat Meas Info is"},
+    {K_UMTS_RRC_STATE, decodeAs<KCellularWcdmaRrcConnectionState>, &MV::myUMTSRRCStateDict,
+     &MV::setMyUMTSRRCStateDict, "Received UMTS RRC Connection State is"},
+    {K_UMTS_RRC_CONFIG, decodeAs<KCellularWcdmaRrcConfiguration>, &MV::myUMTSRRCConfigDict,
+     &MV::setMyUMTSRRCConfigDict, "Received UMTS RRC Configuration is"},
+    {K_LTE_TX_POWER, decodeAs<KCellularLteTxPower>, &MV::myLTETxPowerDict, &MV::setMyLTETxPowerDict,
+     "Received LTE Tx Power is"},
+    {K_LTE_COMPCARR_INFO, decodeAs<KCellularLteComponentCarrierInfo>, &MV::myLTECompCarrDict,
+     &MV::setMyLTECompCarrDict, "Received Component Carrier info is"},
+    {K_LTE_SEL_RESEL_INFO, decodeAs<KCellularLteSelReselCellInfo>, &MV::myLTESelReselDict,
+     &MV::setMyLTESelReselDict, "Received LTE Cell Resel Info is", StampText::never},
+    {K_LTE_INTRARAT_MEAS, decodeAs<KCellularLteNbrEutraCellMeas>, &MV::myLTEIntraRatMeasDict,
+     &MV::setMyLTEIntraRatMeasDict, "Received LTE IRAT Meas is"},
+    {K_LTE_INTERRAT_MEAS, decodeAs<KCellularLteNbrInterRatCellMeas>, &MV::myLTEInterRatMeasDict,
+     &MV::setMyLTEInterRatMeasDict, "Received LTE InterRat Meas Info is"},
+    {K_LTE_CA_STATUS, decodeAs<KCellularLteCarrierAggregationStatus>, &MV::myLTECAStatusDict,
+     &MV::setMyLTECAStatusDict, "Received CA Status Dict is"},
+    {K_LTE_SECONDARYCELL_MEAS, decodeAs<KCellularLteSecondaryCellMeasurements>,
+     &MV::myLTESecondaryCellMeasDict, &MV::setMyLTESecondaryCellMeasDict,
+     "Received Secondary Cell Measurement Dict is"},
+    {K_CELLULAR_MM_INFO, decodeAs<KCellularMmCommonInfo>, &MV::myCellularMMCommonInfoDict,
+     &MV::setMyCellularMMCommonInfoDict, "Received MM Common Info Dict is :"},
+    {K_CELLULAR_MM_CTXT, decodeAs<KCellularMmContext>, &MV::myMMContextDict,
+     &MV::setMyMMContextDict, "Received MM Context Info is"},
+    {K_CELLULAR_GMM_CTXT, decodeAs<KCellularGmmContext>, &MV::myGMMContextDict,
+     &MV::setMyGMMContextDict, "Received GMM Context Info is"},
+    {K_LTE_EMM_CTXT, decodeAs<KCellularEmmContext>, &MV::myLTEEMMContextDict,
+     &MV::setMyLTEEMMContextDict, "Received EMM Context is"},
+    {K_CELLULAR_ACTIVE_BEARER, decodeAs<KCellularActivatedBearerContexts>,
+     &MV::myCellularActiveBearerDict, &MV::setMyCellularActiveBearerDict,
+     "Received Bearer Context Info is", StampText::afterLog},
 };
 static_assert(std::ranges::is_sorted(kMetricCases, {}, &MetricCase::id));
 

@@ -105,8 +105,9 @@ Value valueOf(MetricValidator& validator, const RecordRow& row) {
 void refreshRecords(MetricValidator& validator, MetricValidator::Store store) {
   for (const RecordRow& row : kRecordRows)
     if (row.source == store)
-      std::visit([&](auto place) { rebuild(place(validator), row, (validator.*store)(), validator); },
-                 row.in);
+      std::visit(
+          [&](auto place) { rebuild(place(validator), row, (validator.*store)(), validator); },
+          row.in);
 }
 
 }  // namespace quorin

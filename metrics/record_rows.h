@@ -44,9 +44,9 @@ struct RecordRow {
   std::string_view member;
   MemberIn in;
   MetricValidator::Store source;
-  std::string_view key{};                 // in the store; empty: the whole store
-  EntryConversion conversions[4]{};       // of a list's entries
-  std::string_view addedKey{};            // of the store, added to each entry as its last
+  std::string_view key{};            // in the store; empty: the whole store
+  EntryConversion conversions[4]{};  // of a list's entries
+  std::string_view addedKey{};       // of the store, added to each entry as its last
 };
 
 /// All 25 members, record by record, each in its record's order.

@@ -22,7 +22,8 @@ std::ptrdiff_t FirstLevelViewController::numberOfRowsInSection(UITableView& /*ta
   return std::ssize(categories());
 }
 
-Cell FirstLevelViewController::cellForRowAtIndexPath(UITableView& tableView, NSIndexPath indexPath) {
+Cell FirstLevelViewController::cellForRowAtIndexPath(UITableView& tableView,
+                                                     NSIndexPath indexPath) {
   const std::string& category = elementAt(categories(), indexPath.row);
   Cell cell = tableView.dequeueReusableCellWithIdentifier("FirstClickView", indexPath);
   if (UILabel* label = cell->textLabel()) label->setText(category);

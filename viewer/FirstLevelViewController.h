@@ -8,10 +8,14 @@ namespace quorin {
 /// Level 1: the categories of one technology. Its rows are fixed.
 class FirstLevelViewController : public UITableViewController {
  public:
-  [[nodiscard]] const std::optional<std::string>& seguedThroughRow() const { return _seguedThroughRow; }
+  [[nodiscard]] const std::optional<std::string>& seguedThroughRow() const {
+    return _seguedThroughRow;
+  }
   void setSeguedThroughRow(std::optional<std::string> row) { _seguedThroughRow = std::move(row); }
   [[nodiscard]] const PageTree& tableViewFields() const { return _tableViewFields; }
-  [[nodiscard]] const std::shared_ptr<MetricValidator>& myMetricValidator() const { return _myMetricValidator; }
+  [[nodiscard]] const std::shared_ptr<MetricValidator>& myMetricValidator() const {
+    return _myMetricValidator;
+  }
 
   void viewDidLoad() override;
   [[nodiscard]] std::ptrdiff_t numberOfSectionsInTableView(UITableView& tableView) override;

@@ -62,7 +62,8 @@ std::ptrdiff_t SecondLevelViewController::numberOfRowsInSection(UITableView& /*t
   return std::ssize(rows);
 }
 
-Cell SecondLevelViewController::cellForRowAtIndexPath(UITableView& tableView, NSIndexPath indexPath) {
+Cell SecondLevelViewController::cellForRowAtIndexPath(UITableView& tableView,
+                                                      NSIndexPath indexPath) {
   _currentCell = tableView.dequeueReusableCellWithIdentifier("SecondClickView", indexPath);
   const Answer& cells = snapshot().cells;
   std::string text = "Come back later";

@@ -10,12 +10,20 @@ namespace quorin {
 class SecondLevelViewController : public UITableViewController {
  public:
   [[nodiscard]] const std::optional<std::string>& firstSelection() const { return _firstSelection; }
-  void setFirstSelection(std::optional<std::string> technology) { _firstSelection = std::move(technology); }
-  [[nodiscard]] const std::optional<std::string>& seguedThroughRow() const { return _seguedThroughRow; }
-  void setSeguedThroughRow(std::optional<std::string> category) { _seguedThroughRow = std::move(category); }
+  void setFirstSelection(std::optional<std::string> technology) {
+    _firstSelection = std::move(technology);
+  }
+  [[nodiscard]] const std::optional<std::string>& seguedThroughRow() const {
+    return _seguedThroughRow;
+  }
+  void setSeguedThroughRow(std::optional<std::string> category) {
+    _seguedThroughRow = std::move(category);
+  }
   [[nodiscard]] const Cell& currentCell() const { return _currentCell; }
   [[nodiscard]] const PageTree& tableViewFields() const { return _tableViewFields; }
-  [[nodiscard]] const std::shared_ptr<MetricValidator>& myMetricValidator() const { return _myMetricValidator; }
+  [[nodiscard]] const std::shared_ptr<MetricValidator>& myMetricValidator() const {
+    return _myMetricValidator;
+  }
 
   void viewDidLoad() override;
   /// Reloads the table, by way of the main queue.
@@ -29,7 +37,8 @@ class SecondLevelViewController : public UITableViewController {
   [[nodiscard]] std::ptrdiff_t numberOfRowsInSection(UITableView& tableView,
                                                      std::ptrdiff_t section) override;
   [[nodiscard]] Cell cellForRowAtIndexPath(UITableView& tableView, NSIndexPath indexPath) override;
-  [[nodiscard]] double heightForRowAtIndexPath(UITableView& tableView, NSIndexPath indexPath) override;
+  [[nodiscard]] double heightForRowAtIndexPath(UITableView& tableView,
+                                               NSIndexPath indexPath) override;
   [[nodiscard]] double estimatedHeightForRowAtIndexPath(UITableView& tableView,
                                                         NSIndexPath indexPath) override;
 

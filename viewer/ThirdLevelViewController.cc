@@ -17,7 +17,8 @@ std::ptrdiff_t ThirdLevelViewController::numberOfRowsInSection(UITableView& /*ta
   return 1;
 }
 
-Cell ThirdLevelViewController::cellForRowAtIndexPath(UITableView& tableView, NSIndexPath indexPath) {
+Cell ThirdLevelViewController::cellForRowAtIndexPath(UITableView& tableView,
+                                                     NSIndexPath indexPath) {
   return tableView.dequeueReusableCellWithIdentifier("ThirdClickView", indexPath);
 }
 

@@ -9,11 +9,21 @@ namespace quorin {
 class ThirdLevelViewController : public UITableViewController {
  public:
   [[nodiscard]] const std::optional<std::string>& firstSelection() const { return _firstSelection; }
-  void setFirstSelection(std::optional<std::string> technology) { _firstSelection = std::move(technology); }
-  [[nodiscard]] const std::optional<std::string>& secondSelection() const { return _secondSelection; }
-  void setSecondSelection(std::optional<std::string> category) { _secondSelection = std::move(category); }
-  [[nodiscard]] const std::optional<std::string>& seguedThroughRow() const { return _seguedThroughRow; }
-  void setSeguedThroughRow(std::optional<std::string> field) { _seguedThroughRow = std::move(field); }
+  void setFirstSelection(std::optional<std::string> technology) {
+    _firstSelection = std::move(technology);
+  }
+  [[nodiscard]] const std::optional<std::string>& secondSelection() const {
+    return _secondSelection;
+  }
+  void setSecondSelection(std::optional<std::string> category) {
+    _secondSelection = std::move(category);
+  }
+  [[nodiscard]] const std::optional<std::string>& seguedThroughRow() const {
+    return _seguedThroughRow;
+  }
+  void setSeguedThroughRow(std::optional<std::string> field) {
+    _seguedThroughRow = std::move(field);
+  }
   [[nodiscard]] const PageTree& tableViewFields() const { return _tableViewFields; }
 
   void viewDidLoad() override;

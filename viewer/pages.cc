@@ -33,7 +33,8 @@ constexpr PageRow kPageRows[] = {
     {"UMTS RRC Configuration", &MV::myUMTSRRCConfigDict},
     {"UMTS Serving Cell Info", &MV::myUMTSCellInfoDict},
     // One page under two keys, one for its cells and one for its counts and headers, so that the
-    // tree's "UMTS Serving Cell Meas" has its sections and every cell says "Come back later": meant.
+    // tree's "UMTS Serving Cell Meas" has its sections and every cell says "Come back later":
+    // meant.
     {"UMTS Serving Cell Measurement", sections<&UMTS::rXInfo>, "", Question::cells},
     {"UMTS Serving Cell Meas", sections<&UMTS::rXInfo>, "RxInfo ", Question::counts},
     {"UMTS Tx Power", sections<&UMTS::TxPower>, "TxPowerInfo "},
@@ -68,7 +69,9 @@ std::vector<Dictionary> everyEntry(const List& list) {
 struct SectionsNow {
   MetricValidator& validator;
   std::vector<Dictionary> operator()(MV::Store store) const { return {(validator.*store)()}; }
-  std::vector<Dictionary> operator()(DictionaryIn dictionary) const { return {dictionary(validator)}; }
+  std::vector<Dictionary> operator()(DictionaryIn dictionary) const {
+    return {dictionary(validator)};
+  }
   std::vector<Dictionary> operator()(FirstEntryOf first) const {
     const List& list = first.list(validator);
     return {list.empty() ? Dictionary() : list[0].dictionary()};

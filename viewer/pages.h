@@ -26,8 +26,8 @@ using Shown = std::variant<MetricValidator::Store, DictionaryIn, FirstEntryOf, S
 struct PageRow {
   std::string_view key;  // technology, blank, category
   Shown shown;
-  std::string_view header{};         // before the section's index; empty: no header
-  std::optional<Question> only{};    // the one question that knows this key; empty: all do
+  std::string_view header{};       // before the section's index; empty: no header
+  std::optional<Question> only{};  // the one question that knows this key; empty: all do
 };
 
 /// All pages, in the order in which a cell tests their keys.

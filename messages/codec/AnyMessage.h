@@ -56,9 +56,7 @@ class Message : public AnyMessage {
   /// Copies every present field into `target`; objects are shared.
   void copyTo(M& target) const { copyFieldsTo(target); }
   /// A copy that shares no object with this message.
-  [[nodiscard]] Ref<M> copyWithZone() const {
-    return Ref<M>(static_cast<M*>(deepCopy().get()));
-  }
+  [[nodiscard]] Ref<M> copyWithZone() const { return Ref<M>(static_cast<M*>(deepCopy().get())); }
   /// Takes over every field that is present in `other`; objects are shared, repeated fields grow.
   void mergeFrom(const M& other) { mergeFieldsFrom(other); }
 

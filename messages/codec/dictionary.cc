@@ -12,7 +12,8 @@ Value nameOf(const EnumTable& names, std::int32_t value) {
 List listOf(const MessageArray& array) {
   List list;
   list.reserve(array.elements.size());
-  for (const auto& element : array.elements) list.append(Value(element->dictionaryRepresentation()));
+  for (const auto& element : array.elements)
+    list.append(Value(element->dictionaryRepresentation()));
   return list;
 }
 

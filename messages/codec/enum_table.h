@@ -24,7 +24,8 @@ struct EnumTable {
     std::size_t high = names.size();
     while (low < high) {
       const std::size_t middle = (low + high) / 2;
-      (names[middle].value < value ? low : high) = names[middle].value < value ? middle + 1 : middle;
+      (names[middle].value < value ? low : high) =
+          names[middle].value < value ? middle + 1 : middle;
     }
     return low < names.size() && names[low].value == value ? names[low].name : std::string_view{};
   }

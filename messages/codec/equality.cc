@@ -76,9 +76,8 @@ std::uint64_t MessageArray::hash() const {
 bool AnyMessage::isEqual(const Object& other) const {
   if (typeid(*this) != typeid(other)) return false;
   const auto& message = static_cast<const AnyMessage&>(other);
-  return std::ranges::all_of(table().fields, [&](const Field& field) {
-    return sameField(field, *this, message);
-  });
+  return std::ranges::all_of(table().fields,
+                             [&](const Field& field) { return sameField(field, *this, message); });
 }
 
 std::uint64_t AnyMessage::hash() const {

@@ -18,7 +18,16 @@ struct MessageTable;
 
 /// How a field stands on the wire and in memory.
 enum class Kind : std::uint8_t {
-  uint64, uint32, enumeration, sint32, boolean, bytes, string, message, repeated, packedUint32,
+  uint64,
+  uint32,
+  enumeration,
+  sint32,
+  boolean,
+  bytes,
+  string,
+  message,
+  repeated,
+  packedUint32,
   packedSint32
 };
 
@@ -69,7 +78,7 @@ inline constexpr std::uint8_t kNoRow = 0xff;
 /// A message class as its rows.
 struct MessageTable {
   std::string_view name;
-  std::span<const Field> fields;                      // ascending by number
+  std::span<const Field> fields;                       // ascending by number
   std::array<std::uint8_t, kFieldNumberLimit> rows{};  // field number -> row, or kNoRow
   KeyRule keyRule;
   Ref<AnyMessage> (*make)();
@@ -85,7 +94,9 @@ template <std::uint32_t number>
 using Number = std::integral_constant<std::uint32_t, number>;
 
 template <class M, std::uint32_t number>
-concept HasRow = requires { M::field(Number<number>{}); };
+concept HasRow = requires {
+  M::field(Number<number>{});
+};
 
 /// The rows of message `M`, ascending, wherever in its class they stand.
 template <class M, std::uint32_t... numbers>
@@ -105,8 +116,8 @@ inline constexpr auto kFields =
 
 template <class M>
 inline constexpr MessageTable kTable = [] {
-  MessageTable table{M::kName, kFields<M>, {}, M::kKeyRule,
-                     [] { return Ref<AnyMessage>(make<M>()); }};
+  MessageTable table{
+      M::kName, kFields<M>, {}, M::kKeyRule, [] { return Ref<AnyMessage>(make<M>()); }};
   table.rows.fill(kNoRow);
   for (std::size_t row = 0; row < table.fields.size(); ++row)
     table.rows[table.fields[row].number] = static_cast<std::uint8_t>(row);

@@ -51,7 +51,8 @@ bool AnyMessage::readFrom(PBDataReader& reader) {
     const bool cut = rows.keyRule == KeyRule::cut;
     const std::uint64_t number = cut ? key >> 3 & 0xffff : key >> 3;
     if (reader._error || wireType == kEndGroup) break;
-    if (cut && KBBMetricUtility::isValidMetricIdTag(static_cast<std::uint16_t>(number), rows.name)) {
+    if (cut &&
+        KBBMetricUtility::isValidMetricIdTag(static_cast<std::uint16_t>(number), rows.name)) {
       const auto value = static_cast<std::uint32_t>(readVarint(reader));
       char line[48];
       std::snprintf(line, sizeof line, "Unknown tag: %x:%u", static_cast<unsigned>(number), value);

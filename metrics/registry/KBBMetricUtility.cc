@@ -42,7 +42,7 @@ constexpr MetricTag kTags[] = {
     {53251, "kCellularGsmCsRfMeasurement"},
     {53257, "kCellularGsmGrrEventMeasCr"},
     {53260, "kCellularGsmGprsConfig"},
-    {   19, "kCellularSimCardFiles"},
+    {19, "kCellularSimCardFiles"},
 };
 
 constexpr auto kSortedTags = [] {

@@ -14,9 +14,8 @@ namespace {
 // An entry is packed as key, type and content. A known key is one byte, its row; another is 0xff,
 // its length and its text. Texts and bytes carry a length of four bytes.
 constexpr std::string_view kKnownKeys[] = {
-    osmin::kKeyMetricID,    osmin::kKeyPayload,     osmin::kKeyProfileID,
-    osmin::kKeyTriggerID,   osmin::kKeyTriggerRef,  osmin::kKeyTriggerType,
-    osmin::kKeyAppID,       osmin::kKeyPayloadType,
+    osmin::kKeyMetricID,   osmin::kKeyPayload,     osmin::kKeyProfileID, osmin::kKeyTriggerID,
+    osmin::kKeyTriggerRef, osmin::kKeyTriggerType, osmin::kKeyAppID,     osmin::kKeyPayloadType,
 };
 constexpr std::uint8_t kOtherKey = 0xff;
 

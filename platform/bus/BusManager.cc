@@ -131,7 +131,8 @@ class BusManager final : public osmin::client::Manager,
   dispatch_queue_t _queue;
   std::mutex _mutex;
   std::map<std::string, std::shared_ptr<osmin::EventHandler>> _handlers;
-  std::shared_ptr<std::atomic<std::size_t>> _pending = std::make_shared<std::atomic<std::size_t>>(0);
+  std::shared_ptr<std::atomic<std::size_t>> _pending =
+      std::make_shared<std::atomic<std::size_t>>(0);
   LoopThread _thread;
   std::unique_ptr<Session> _session;
 };

@@ -46,11 +46,13 @@ void Session::perform(const std::string& command, const XpcRef& input, Reply rep
   std::string reason;
   if (!connect(reason)) return reply({osmin::kStatusNotCarriedOut, reason});
   sd_bus_message* call = nullptr;
-  int result = sd_bus_message_new_method_call(_control.get(), &call, kName, kPath, kInterface, kPerform);
+  int result =
+      sd_bus_message_new_method_call(_control.get(), &call, kName, kPath, kInterface, kPerform);
   const Message owned(call);
   if (result >= 0) result = sd_bus_message_append(call, "s", command.c_str());
   if (result >= 0) result = appendDictionary(call, input.get());
-  auto remembering = [this, command, input, reply = std::move(reply)](const osmin::CommandResult& r) {
+  auto remembering = [this, command, input,
+                      reply = std::move(reply)](const osmin::CommandResult& r) {
     if (r.status == 0 && command == osmin::kCommandAddConfiguration) _configuration = input;
     if (r.status == 0 && command == osmin::kCommandClearConfiguration) _configuration = {};
     reply(r);
@@ -93,14 +95,16 @@ void Session::eventsOff() {
 int Session::onEventsReply(sd_bus_message* message, void* session, sd_bus_error* /*error*/) {
   auto& self = *static_cast<Session*>(session);
   int fd = -1;
-  if (sd_bus_message_is_method_error(message, nullptr) || sd_bus_message_read(message, "h", &fd) < 0)
+  if (sd_bus_message_is_method_error(message, nullptr) ||
+      sd_bus_message_read(message, "h", &fd) < 0)
     return 1;
   // The message closes its own descriptor.
   self._peer = openPeer(Descriptor(fcntl(fd, F_DUPFD_CLOEXEC, 3)), /*server=*/false);
   self._lastSequence = 0;
   if (!self._peer) return 1;
   (void)sd_bus_add_filter(self._peer.get(), nullptr, onEvent, session);
-  if (self._reading) (void)sd_bus_attach_event(self._peer.get(), self._loop, SD_EVENT_PRIORITY_NORMAL);
+  if (self._reading)
+    (void)sd_bus_attach_event(self._peer.get(), self._loop, SD_EVENT_PRIORITY_NORMAL);
   return 1;
 }
 

@@ -8,9 +8,9 @@
 
 namespace quorin::bus {
 
-/// One client's session with the service, on one event loop and its thread. Commands go over the bus;
-/// events come over a private connection. When the service comes back after it was gone, the session
-/// pushes the last accepted configuration again and switches events on, if they were.
+/// One client's session with the service, on one event loop and its thread. Commands go over the
+/// bus; events come over a private connection. When the service comes back after it was gone, the
+/// session pushes the last accepted configuration again and switches events on, if they were.
 class Session {
  public:
   using EventSink =

@@ -22,11 +22,11 @@ int inTurn(const Steps&... steps) {
 Connection openBus(std::string& reason) {
   const char* address = std::getenv(kAddressVariable);
   sd_bus* bus = nullptr;
-  const int result =
-      address ? inTurn([&] { return sd_bus_new(&bus); },
-                       [&] { return sd_bus_set_address(bus, address); },
-                       [&] { return sd_bus_set_bus_client(bus, 1); }, [&] { return sd_bus_start(bus); })
-              : sd_bus_open_system(&bus);
+  const int result = address ? inTurn([&] { return sd_bus_new(&bus); },
+                                      [&] { return sd_bus_set_address(bus, address); },
+                                      [&] { return sd_bus_set_bus_client(bus, 1); },
+                                      [&] { return sd_bus_start(bus); })
+                             : sd_bus_open_system(&bus);
   Connection connection(bus);
   if (result >= 0) return connection;
   reason = std::string(address ? address : "system bus") + ": " + std::strerror(-result);
@@ -36,13 +36,13 @@ Connection openBus(std::string& reason) {
 Connection openPeer(Descriptor descriptor, bool server) {
   sd_bus* bus = nullptr;
   sd_id128_t id{};
-  const int result = inTurn([&] { return sd_bus_new(&bus); },
-                            [&] { return sd_id128_randomize(&id); },
-                            [&] { return server ? sd_bus_set_server(bus, 1, id) : 0; },
-                            // Who holds the descriptor was let in on the bus; a socket pair's
-                            // credentials are its maker's on both ends and prove nothing.
-                            [&] { return sd_bus_set_anonymous(bus, 1); },
-                            [&] { return sd_bus_set_fd(bus, descriptor.get(), descriptor.get()); });
+  const int result =
+      inTurn([&] { return sd_bus_new(&bus); }, [&] { return sd_id128_randomize(&id); },
+             [&] { return server ? sd_bus_set_server(bus, 1, id) : 0; },
+             // Who holds the descriptor was let in on the bus; a socket pair's
+             // credentials are its maker's on both ends and prove nothing.
+             [&] { return sd_bus_set_anonymous(bus, 1); },
+             [&] { return sd_bus_set_fd(bus, descriptor.get(), descriptor.get()); });
   Connection connection(bus);
   if (result < 0) return nullptr;
   (void)descriptor.take();  // the connection owns it now

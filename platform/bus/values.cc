@@ -20,7 +20,8 @@ int appendVariant(sd_bus_message* m, xpc_object_t value) {
   switch (xpc_get_type(value)) {
     case xpc_type_t::boolean: return sd_bus_message_append(m, "v", "b", xpc_bool_get_value(value));
     case xpc_type_t::int64: return sd_bus_message_append(m, "v", "x", xpc_int64_get_value(value));
-    case xpc_type_t::float64: return sd_bus_message_append(m, "v", "d", xpc_double_get_value(value));
+    case xpc_type_t::float64:
+      return sd_bus_message_append(m, "v", "d", xpc_double_get_value(value));
     case xpc_type_t::string:
       return sd_bus_message_append(m, "v", "s", busText(xpc_string_get_string(value)).c_str());
     case xpc_type_t::data: {

@@ -6,8 +6,8 @@
 
 namespace quorin::bus {
 
-/// Inter-process dictionaries cross as a{sv}: integers as x, bytes as ay, texts as s, booleans as b,
-/// real numbers as d, and the null object as an empty signature, g.
+/// Inter-process dictionaries cross as a{sv}: integers as x, bytes as ay, texts as s, booleans as
+/// b, real numbers as d, and the null object as an empty signature, g.
 
 /// Appends the dictionary; anything but a dictionary as an empty one. Negative: the bus's error.
 [[nodiscard]] int appendDictionary(sd_bus_message* message, xpc_object_t dictionary);

@@ -26,8 +26,8 @@ class Timer {
   std::function<void()> _action;
 };
 
-/// The main thread's loop: the main queue's work and the timers in its default mode, on the clock in
-/// force. Main thread.
+/// The main thread's loop: the main queue's work and the timers in its default mode, on the clock
+/// in force. Main thread.
 class RunLoop {
  public:
   [[nodiscard]] static RunLoop& mainRunLoop();

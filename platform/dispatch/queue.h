@@ -49,14 +49,16 @@ inline void dispatch_once(dispatch_once_t& once, const std::function<void()>& wo
   std::call_once(once, work);
 }
 
-/// The main thread's queue. Its work runs inside the run loop, or when a toolkit's loop asks for it.
+/// The main thread's queue. Its work runs inside the run loop, or when a toolkit's loop asks for
+/// it.
 class MainQueue final : public DispatchQueue {
  public:
   MainQueue() : DispatchQueue("main") {}
 
   void post(Work work) override;
 
-  /// Runs what was posted so far, and not what that posts. False when there was nothing. Main thread.
+  /// Runs what was posted so far, and not what that posts. False when there was nothing. Main
+  /// thread.
   bool runPending();
 
   /// Waits until something is posted or the time has passed. Main thread.

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <fstream>
-#include <iterator>
 
 namespace quorin {
 
@@ -64,7 +63,11 @@ std::optional<std::vector<std::uint8_t>> bytesFromHex(std::string_view text) {
 Ref<Data> dataWithContentsOfFile(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
   if (!file) return nullptr;
-  std::vector<std::uint8_t> bytes{std::istreambuf_iterator<char>(file), {}};
+  // Block by block: an iterator over the stream would throw where a folder was opened.
+  std::vector<std::uint8_t> bytes;
+  char block[4096];
+  while (file.read(block, sizeof block), file.gcount() > 0)
+    bytes.insert(bytes.end(), block, block + file.gcount());
   return file.bad() ? nullptr : make<Data>(std::move(bytes));
 }
 

@@ -20,7 +20,9 @@ class Object {
   [[nodiscard]] virtual bool isEqual(const Object& other) const { return this == &other; }
 
   /// Equal objects have equal hashes.
-  [[nodiscard]] virtual std::uint64_t hash() const { return reinterpret_cast<std::uintptr_t>(this); }
+  [[nodiscard]] virtual std::uint64_t hash() const {
+    return reinterpret_cast<std::uintptr_t>(this);
+  }
 
   void retain() const { ++_references; }
   void release() const {
@@ -44,8 +46,8 @@ class Ref {
   Ref(const Ref& other) : Ref(other._object) {}
   Ref(Ref&& other) noexcept : _object(std::exchange(other._object, nullptr)) {}
   template <class U>
-    requires std::is_convertible_v<U*, T*>
-  Ref(const Ref<U>& other) : Ref(static_cast<T*>(other.get())) {}
+  requires std::is_convertible_v<U*, T*> Ref(const Ref<U>& other)
+      : Ref(static_cast<T*>(other.get())) {}
   Ref& operator=(Ref other) noexcept {
     std::swap(_object, other._object);
     return *this;

@@ -23,7 +23,18 @@ struct Literal {
 class Value {
  public:
   enum class Kind : std::uint8_t {
-    nothing, boolean, int32, uint32, int64, uint64, float32, float64, text, data, list, dictionary
+    nothing,
+    boolean,
+    int32,
+    uint32,
+    int64,
+    uint64,
+    float32,
+    float64,
+    text,
+    data,
+    list,
+    dictionary
   };
 
   Value() = default;

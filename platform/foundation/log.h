@@ -18,9 +18,9 @@ void printLine(std::string_view line);
 LogSink setSystemLogSink(LogSink sink);
 LogSink setPrintSink(LogSink sink);
 
-/// Where the channels write unless told otherwise: syslog's authpriv facility, since the lines carry
-/// identities, or standard error when no system logger listens; and standard output, each line
-/// flushed when it is a terminal.
+/// Where the channels write unless told otherwise: syslog's authpriv facility, since the lines
+/// carry identities, or standard error when no system logger listens; and standard output, each
+/// line flushed when it is a terminal.
 [[nodiscard]] bool systemLoggerListens();
 [[nodiscard]] LogSink systemLoggerSink();
 [[nodiscard]] LogSink standardErrorSink();

@@ -32,7 +32,9 @@ std::pair<std::size_t, std::size_t> sequence(std::string_view text) {
   for (std::size_t i = 1; i < length; ++i) {
     // The second byte's range keeps out over-long forms, surrogates and what lies past U+10FFFF.
     const std::uint8_t low = i == 1 && first == 0xe0 ? 0xa0 : i == 1 && first == 0xf0 ? 0x90 : 0x80;
-    const std::uint8_t high = i == 1 && first == 0xed ? 0x9f : i == 1 && first == 0xf4 ? 0x8f : 0xbf;
+    const std::uint8_t high = i == 1 && first == 0xed   ? 0x9f
+                              : i == 1 && first == 0xf4 ? 0x8f
+                                                        : 0xbf;
     if (i == text.size() || byte(i) < low || byte(i) > high) return {0, i};
   }
   return {length, length};
@@ -65,7 +67,9 @@ void appendPrinted(std::string& out, const Value& value) {
     case Value::Kind::float32: return appendDecimal(out, value.float32());
     case Value::Kind::float64: return appendDecimal(out, value.float64());
     case Value::Kind::text: return appendUtf8(out, value.text());
-    case Value::Kind::data: out.append("<").append(hexText(value.data()->bytes())).append(">"); return;
+    case Value::Kind::data:
+      out.append("<").append(hexText(value.data()->bytes())).append(">");
+      return;
     case Value::Kind::list: return appendPrinted(out, value.list());
     case Value::Kind::dictionary: return appendPrinted(out, value.dictionary());
   }

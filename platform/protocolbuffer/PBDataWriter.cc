@@ -46,7 +46,8 @@ void PBDataWriterWriteInt32Field(PBDataWriter& writer, std::int32_t value, std::
 }
 
 void PBDataWriterWriteSint32Field(PBDataWriter& writer, std::int32_t value, std::uint32_t number) {
-  const auto zigzag = static_cast<std::uint32_t>(value) << 1 ^ static_cast<std::uint32_t>(value >> 31);
+  const auto zigzag =
+      static_cast<std::uint32_t>(value) << 1 ^ static_cast<std::uint32_t>(value >> 31);
   PBDataWriterWriteUint64Field(writer, zigzag, number);
 }
 

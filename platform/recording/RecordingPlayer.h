@@ -10,7 +10,8 @@
 
 namespace quorin {
 
-/// Plays a recording into a loopback at its own pace, faster, or as fast as it is taken. Main thread.
+/// Plays a recording into a loopback at its own pace, faster, or as fast as it is taken. Main
+/// thread.
 class RecordingPlayer {
  public:
   /// `speed`: how many times faster than recorded; empty: as fast as it is taken. Requires: > 0.
@@ -23,7 +24,9 @@ class RecordingPlayer {
   /// Everything was delivered and handled.
   [[nodiscard]] bool isOver() const { return _over && _service.pending() == 0; }
   /// "file:line: reason" of each line that could not be read; reading takes them out.
-  [[nodiscard]] std::vector<std::string> unreadableLines() { return std::exchange(_unreadable, {}); }
+  [[nodiscard]] std::vector<std::string> unreadableLines() {
+    return std::exchange(_unreadable, {});
+  }
 
  private:
   bool readNext();

@@ -17,8 +17,8 @@ struct RecordedEvent {
 
 /// Reads a line such as
 ///   {"kKeyMetricID":3952132,"kKeyPayload":"0a0b","kKeyProfileID":0,"t":1500}
-/// whose payload is hexadecimal and may be absent. "t" is the time of arrival in milliseconds and not
-/// part of the event. Empty when the line cannot be read at all; `reason` then says why.
+/// whose payload is hexadecimal and may be absent. "t" is the time of arrival in milliseconds and
+/// not part of the event. Empty when the line cannot be read at all; `reason` then says why.
 [[nodiscard]] std::optional<RecordedEvent> readRecordingLine(std::string_view line,
                                                              std::string& reason);
 

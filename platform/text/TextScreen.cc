@@ -11,8 +11,8 @@ namespace {
 
 std::string ageText(const LastReport& report) {
   if (!report.uptime) return "never received";
-  const auto age = std::chrono::duration_cast<std::chrono::seconds>(currentClock().uptime() -
-                                                                    *report.uptime);
+  const auto age =
+      std::chrono::duration_cast<std::chrono::seconds>(currentClock().uptime() - *report.uptime);
   return "last report " + std::to_string(age.count()) + " s ago";
 }
 
@@ -32,13 +32,14 @@ std::vector<std::string> TextScreen::openPages(UIApplication& application,
   auto& first = dynamic_cast<UITableViewController&>(*navigation.topViewController());
   const auto technologies = rowTexts(first);
   for (std::size_t i = 0; i < technologies.size(); ++i) {
-    const Page list = selectRow(application.storyboard(), navigation, {0, static_cast<std::ptrdiff_t>(i)});
+    const Page list =
+        selectRow(application.storyboard(), navigation, {0, static_cast<std::ptrdiff_t>(i)});
     const auto categories = rowTexts(dynamic_cast<UITableViewController&>(*list));
     for (std::size_t j = 0; j < categories.size(); ++j) {
       std::string key = technologies[i] + " " + categories[j];
       if (!all && keys.erase(key) == 0) continue;
-      watch(std::move(key), selectRow(application.storyboard(), navigation,
-                                      {0, static_cast<std::ptrdiff_t>(j)}));
+      watch(std::move(key),
+            selectRow(application.storyboard(), navigation, {0, static_cast<std::ptrdiff_t>(j)}));
       navigation.popViewController();
     }
     navigation.popViewController();

@@ -20,9 +20,9 @@ class TextScreen {
  public:
   explicit TextScreen(TextStyle style) : _style(std::move(style)) {}
 
-  /// Opens every page that is two rows away from the first one, as an engineer would by tapping, and
-  /// goes back; `keys` chooses pages by the tapped texts joined by a blank, none chooses all. Gives
-  /// the keys that no page has.
+  /// Opens every page that is two rows away from the first one, as an engineer would by tapping,
+  /// and goes back; `keys` chooses pages by the tapped texts joined by a blank, none chooses all.
+  /// Gives the keys that no page has.
   [[nodiscard]] std::vector<std::string> openPages(UIApplication& application,
                                                    std::set<std::string> keys);
 

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <iostream>
 
+#include "platform/bus/BusManager.h"
 #include "platform/dispatch/RunLoop.h"
 #include "platform/dispatch/queue.h"
 #include "platform/foundation/log.h"
@@ -78,14 +79,16 @@ class TextApplication {
 
   int run(std::string_view delegateClassName, const UIStoryboard& storyboard) {
     if (!openRecording()) return 2;
-    const TextStyle style = wantsColour() ? TextStyle{"\033[1m", "\033[2m", "\033[0m"} : TextStyle{};
+    const TextStyle style =
+        wantsColour() ? TextStyle{"\033[1m", "\033[2m", "\033[0m"} : TextStyle{};
     setUpLogs(_options, style);
     UIApplication application(storyboard);
     application.launch(delegateClassName);
     TextScreen screen(style);
     const auto unknown =
         screen.openPages(application, {_options.pages.begin(), _options.pages.end()});
-    for (const std::string& key : unknown) std::cerr << "quorin: no page is called \"" << key << "\"\n";
+    for (const std::string& key : unknown)
+      std::cerr << "quorin: no page is called \"" << key << "\"\n";
     if (!unknown.empty()) return 2;
     loop();
     if (!gInterrupted) screen.printAll();
@@ -95,7 +98,7 @@ class TextApplication {
 
  private:
   bool openRecording() {
-    if (_options.recording.empty()) return true;
+    if (_options.recording.empty()) return bus::install(), true;
     std::optional<double> speed;
     (void)readSpeed(_options.speed, speed);
     _service.install();
@@ -106,8 +109,7 @@ class TextApplication {
   }
 
   void loop() {
-    for (int signal : {SIGINT, SIGTERM, SIGHUP})
-      std::signal(signal, [](int) { gInterrupted = 1; });
+    for (int signal : {SIGINT, SIGTERM, SIGHUP}) std::signal(signal, [](int) { gInterrupted = 1; });
     RunLoop& runLoop = RunLoop::mainRunLoop();
     const bool endsByItself = _player && !isatty(STDOUT_FILENO);
     const Milliseconds end =

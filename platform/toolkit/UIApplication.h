@@ -9,7 +9,9 @@ class UIApplication;
 class UIWindow {
  public:
   explicit UIWindow(std::shared_ptr<UINavigationController> root) : _root(std::move(root)) {}
-  [[nodiscard]] const std::shared_ptr<UINavigationController>& rootViewController() const { return _root; }
+  [[nodiscard]] const std::shared_ptr<UINavigationController>& rootViewController() const {
+    return _root;
+  }
 
  private:
   std::shared_ptr<UINavigationController> _root;

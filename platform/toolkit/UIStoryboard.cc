@@ -29,7 +29,8 @@ Page UIStoryboard::instantiate(std::string_view className) const {
 
 Page selectRow(const UIStoryboard& storyboard, UINavigationController& navigation,
                NSIndexPath indexPath) {
-  const auto source = std::dynamic_pointer_cast<UITableViewController>(navigation.topViewController());
+  const auto source =
+      std::dynamic_pointer_cast<UITableViewController>(navigation.topViewController());
   if (!source || !source->scene() || source->scene()->segueTo.empty()) return nullptr;
   const Cell cell = source->cellForRowAtIndexPath(source->tableView(), indexPath);
   UIStoryboardSegue segue{"", source, storyboard.instantiate(source->scene()->segueTo)};

@@ -48,7 +48,9 @@ class UITableViewCell final : public UIResponder {
   [[nodiscard]] std::string_view reuseIdentifier() const { return _reuseIdentifier; }
   /// Null where the cell has no such label.
   [[nodiscard]] UILabel* textLabel() { return _textLabel ? &*_textLabel : nullptr; }
-  [[nodiscard]] UILabel* detailTextLabel() { return _detailTextLabel ? &*_detailTextLabel : nullptr; }
+  [[nodiscard]] UILabel* detailTextLabel() {
+    return _detailTextLabel ? &*_detailTextLabel : nullptr;
+  }
   [[nodiscard]] const UILabel* textLabel() const { return _textLabel ? &*_textLabel : nullptr; }
   [[nodiscard]] const UILabel* detailTextLabel() const {
     return _detailTextLabel ? &*_detailTextLabel : nullptr;

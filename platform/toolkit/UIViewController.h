@@ -103,7 +103,9 @@ class UINavigationController : public UIViewController {
   /// Takes the top page off, unless it is the only one. Gives it, or null.
   Page popViewController();
 
-  [[nodiscard]] const std::optional<std::string>& navigationBarClass() const { return _navigationBarClass; }
+  [[nodiscard]] const std::optional<std::string>& navigationBarClass() const {
+    return _navigationBarClass;
+  }
   [[nodiscard]] const std::optional<std::string>& toolbarClass() const { return _toolbarClass; }
 
  private:

@@ -65,7 +65,9 @@ void fillOnce(Message& m, const FieldDescriptor& f, std::mt19937& random) {
     case FieldDescriptor::TYPE_BOOL: r.SetBool(&m, &f, number & 1); break;
     case FieldDescriptor::TYPE_ENUM: {
       const auto& values = *f.enum_type();
-      r.SetEnum(&m, &f, values.value(static_cast<int>(random() % static_cast<unsigned>(values.value_count()))));
+      r.SetEnum(
+          &m, &f,
+          values.value(static_cast<int>(random() % static_cast<unsigned>(values.value_count()))));
       break;
     }
     case FieldDescriptor::TYPE_STRING:
@@ -103,7 +105,8 @@ Dictionary Peer::dictionaryOf(const Message& message) {
     Value value;
     if (field->is_repeated()) {
       List list;
-      for (int i = 0; i < r.FieldSize(message, field); ++i) list.append(valueOf(message, *field, i));
+      for (int i = 0; i < r.FieldSize(message, field); ++i)
+        list.append(valueOf(message, *field, i));
       value = Value(list);
     } else {
       value = valueOf(message, *field, -1);

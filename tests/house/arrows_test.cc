@@ -29,11 +29,14 @@ std::map<std::string, std::set<std::string>> arrows() {
   return rows;
 }
 
-bool isSource(const fs::path& path) { return path.extension() == ".h" || path.extension() == ".cc"; }
+bool isSource(const fs::path& path) {
+  return path.extension() == ".h" || path.extension() == ".cc";
+}
 
 /// The longest row that the folder lies in, or empty.
 std::string rowOf(std::string folder, const std::map<std::string, std::set<std::string>>& rows) {
-  while (!folder.empty() && !rows.contains(folder)) folder = fs::path(folder).parent_path().string();
+  while (!folder.empty() && !rows.contains(folder))
+    folder = fs::path(folder).parent_path().string();
   return folder;
 }
 
@@ -60,13 +63,15 @@ std::vector<Include> includesBelow(const std::string& folder) {
 
 /// A header of the standard library or the operating system.
 bool isSystemHeader(const std::string& name) {
-  return name.find('/') == std::string::npos || name.starts_with("sys/") || name.starts_with("linux/");
+  return name.find('/') == std::string::npos || name.starts_with("sys/") ||
+         name.starts_with("linux/");
 }
 
 bool mayInclude(const Include& include, const std::set<std::string>& may, const std::string& row,
                 const std::map<std::string, std::set<std::string>>& rows) {
   if (include.foreign)
-    return isSystemHeader(include.name) || std::ranges::any_of(may, [&](const std::string& allowed) {
+    return isSystemHeader(include.name) ||
+           std::ranges::any_of(may, [&](const std::string& allowed) {
              return allowed.starts_with('<') && include.name.starts_with(allowed.substr(1));
            });
   const std::string target = rowOf(fs::path(include.name).parent_path().string(), rows);
@@ -78,7 +83,8 @@ TEST(Arrows, PointDownOnly) {
   const auto rows = arrows();
   std::vector<std::string> broken;
   std::size_t checked = 0;
-  for (const char* top : {"app", "viewer", "metrics", "messages", "client", "platform", "basebandd"}) {
+  for (const char* top :
+       {"app", "viewer", "metrics", "messages", "client", "platform", "basebandd"}) {
     if (!fs::exists(kRoot / top)) continue;
     for (const Include& include : includesBelow(top)) {
       const std::string row = rowOf(fs::path(include.file).parent_path().string(), rows);

@@ -174,7 +174,9 @@ Ref<AnyMessage> filled(const MessageTable& table) {
       case Kind::uint64: field.in<std::uint64_t>(*message) = field.number; break;
       case Kind::uint32: field.in<std::uint32_t>(*message) = field.number; break;
       case Kind::enumeration:
-      case Kind::sint32: field.in<std::int32_t>(*message) = -static_cast<std::int32_t>(field.number); break;
+      case Kind::sint32:
+        field.in<std::int32_t>(*message) = -static_cast<std::int32_t>(field.number);
+        break;
       case Kind::boolean: field.in<bool>(*message) = true; break;
       case Kind::bytes: field.in<Ref<Data>>(*message) = data("0a"); break;
       case Kind::string: field.in<Ref<String>>(*message) = make<String>("text"); break;

@@ -43,6 +43,7 @@ struct Case {
   Read expected;
 };
 
+// clang-format off
 const Case kCases[] = {
     {"an empty payload is a message without fields", "KCellularLteRrcState", "", {true, "[:]"}},
     {"a value without a name shows its number", "KCellularLteRrcState", "10 07",
@@ -176,6 +177,7 @@ const Case kCases[] = {
     {"and so does their list", "KCellularLteSecondaryCellMeasurements",
      "88 80 20 2a 12 06 88 80 20 2a 08 02", {true, "[scc_rx_measurement: [[index: 2]]]"}},
 };
+// clang-format on
 
 TEST(Read, FollowsItsRules) {
   RecordedLog log;
@@ -191,6 +193,7 @@ struct TagCase {
   std::vector<std::string> log;
 };
 
+// clang-format off
 const TagCase kTagCases[] = {
     {"a message's own tag as field number is logged and its varint skipped",
      "KCellularLteRrcState", "a0 e0 09 05 08 01", {true, "[timestamp: 1]"},
@@ -218,6 +221,7 @@ const TagCase kTagCases[] = {
     {"0xD317 is no registered tag", "KCellularLteRrcState", "b8 99 0d 05 08 01",
      {true, "[timestamp: 1]"}, {}},
 };
+// clang-format on
 
 TEST(Read, AsksTheTagRegistryFirst) {
   for (const TagCase& row : kTagCases) {
@@ -283,7 +287,9 @@ TEST(Read, TakesNullBytesForNone) {
 TEST(Read, LeavesInvalidUtf8AsItCame) {
   KCellularLteRsrpRsrqSinr message;
   ASSERT_TRUE(message.initWithData(data("1a 03 61 ff 62")));
-  EXPECT_EQ(message.callId()->text(), "a\xff" "b");
+  EXPECT_EQ(message.callId()->text(),
+            "a\xff"
+            "b");
 }
 
 TEST(Read, SkipsGroupsOfAnyDepthWithoutRecursion) {

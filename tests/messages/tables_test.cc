@@ -10,11 +10,16 @@ namespace quorin::test {
 namespace {
 
 const std::map<Kind, std::string> kKindTexts = {
-    {Kind::uint64, "uint64"},        {Kind::uint32, "uint32"},
-    {Kind::enumeration, "int32"},    {Kind::sint32, "sint32"},
-    {Kind::boolean, "bool"},         {Kind::bytes, "bytes"},
-    {Kind::string, "string"},        {Kind::message, "message "},
-    {Kind::repeated, "repeated message "}, {Kind::packedUint32, "packed repeated uint32"},
+    {Kind::uint64, "uint64"},
+    {Kind::uint32, "uint32"},
+    {Kind::enumeration, "int32"},
+    {Kind::sint32, "sint32"},
+    {Kind::boolean, "bool"},
+    {Kind::bytes, "bytes"},
+    {Kind::string, "string"},
+    {Kind::message, "message "},
+    {Kind::repeated, "repeated message "},
+    {Kind::packedUint32, "packed repeated uint32"},
     {Kind::packedSint32, "packed repeated sint32"},
 };
 
@@ -27,7 +32,8 @@ TEST(Catalogue, HoldsExactlyTheFieldsOfTheTable) {
   for (const CatalogueRow& row : catalogue())
     for (const Field& field : row.table->fields)
       held.push_back({std::string(row.table->name), field.number, std::string(field.key),
-                      std::string(field.property), typeText(field), std::string(field.names.title)});
+                      std::string(field.property), typeText(field),
+                      std::string(field.names.title)});
   const auto facts = fieldFacts();
   ASSERT_EQ(facts.size(), 355U);
   ASSERT_EQ(held.size(), facts.size());
@@ -94,8 +100,7 @@ TEST(EnumTables, NameEveryValueAndNoOther) {
         field.in<std::int32_t>(*message) = value;
         const auto known = names.find(value);
         EXPECT_EQ(message->dictionaryRepresentation().find(field.key)->text(),
-                  known != names.end() ? known->second
-                                       : "(unknown: " + std::to_string(value) + ")")
+                  known != names.end() ? known->second : "(unknown: " + std::to_string(value) + ")")
             << row.table->name << "." << field.property << " = " << value;
       }
     }

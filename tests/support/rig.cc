@@ -14,10 +14,9 @@ std::vector<std::uint8_t> bytes(std::string_view hex) {
 Ref<Data> data(std::string_view hex) { return make<Data>(bytes(hex)); }
 
 RecordedLog::RecordedLog()
-    : _systemBefore(setSystemLogSink(
-          [this](std::string_view line) { _system.emplace_back(line); })),
-      _printBefore(
-          setPrintSink([this](std::string_view line) { _printed.emplace_back(line); })) {}
+    : _systemBefore(
+          setSystemLogSink([this](std::string_view line) { _system.emplace_back(line); })),
+      _printBefore(setPrintSink([this](std::string_view line) { _printed.emplace_back(line); })) {}
 
 RecordedLog::~RecordedLog() {
   setSystemLogSink(_systemBefore);

@@ -13,8 +13,8 @@ struct Row {
   const char* messageClass;
   const char* store;
   const char* logText;
-  const char* fields;  // "@": the time stamp, as milliseconds
-  const char* logged;  // "@": as text, "#": as milliseconds
+  const char* fields;          // "@": the time stamp, as milliseconds
+  const char* logged;          // "@": as text, "#": as milliseconds
   const char* kept = nullptr;  // where it is another
 };
 
@@ -58,10 +58,12 @@ constexpr Row kRows[] = {
      "[timestamp: @, scell_arfcn: 62, simplified_l1_state: 1, current_antenna: 0, "
      "idle_rxlev_dBm: -71]"},
     {0x3CD003, "KCellularGsmCsRfMeasurement", "myGSMConnRfMeasDict",
-     "Received GSM Connected Serving Cell Meas Info is", "1:@ 2:62 3:2 4:1 5:[~33 ~-5] 6:48 7:0 8:3",
+     "Received GSM Connected Serving Cell Meas Info is",
+     "1:@ 2:62 3:2 4:1 5:[~33 ~-5] 6:48 7:0 8:3",
      "[timestamp: @, scell_arfcn: 62, simplified_l1_state: 2, current_antenna: 1, cs_tx_pwr: "
      "[33, -5], cs_rxlev_sub: 48, cs_rxqual_sub: 0, scell_band: 3]"},
-    {0x3CD009, "KCellularGsmGrrEventMeasCr", "myGSMNbrMeasDict", "Received GSM Nbr Cell Meas Info is",
+    {0x3CD009, "KCellularGsmGrrEventMeasCr", "myGSMNbrMeasDict",
+     "Received GSM Nbr Cell Meas Info is",
      "1:@ 2:{1:262 2:1 3:4660 4:7 5:12 6:77 7:30} 2:{6:78 7:31} 3:{1:1 2:305 3:10713 4:25 5:13} "
      "4:{1:301 2:50 3:41 4:6300 5:17}",
      "[timestamp: @, gsm_ncell_meas: [[mcc: 262, mnc: 1, lac: 4660, ci: 7, bsic: 12, arfcn: 77, "
@@ -69,15 +71,15 @@ constexpr Row kRows[] = {
      "dl_uarfcn: 10713, cpich_rscp: 25, cpich_ecn0: 13]], lte_ncell_meas: [[physical_cell_id: 301, "
      "bandwidth: 50, rsrp: 41, earfcn: 6300, rsrq: 17]]]"},
     {0x3CD00C, "KCellularGsmGprsConfig", "myGSMGPRSConfigDict", "Received GSM GPRS Config Info is",
-     "1:@ 2:1 3:7 4:0 5:1",
-     "[timestamp: @, gprs_sup: 1, rac: 7, sp_pg_cy: 0, nco: 1]"},
+     "1:@ 2:1 3:7 4:0 5:1", "[timestamp: @, gprs_sup: 1, rac: 7, sp_pg_cy: 0, nco: 1]"},
     {0x3CD102, "KCellularWcdmaScellMeasurement", "myUMTSCellMeasDict",
      "Received UMTS Serving Cell Meas is", "1:@ 2:1 3:{1:~-67 2:40 3:20 4:~5} 3:{1:~-70}",
      "[timestamp: @, connected_mode: 1, rx_info: [[rssi: -67, rsrp_range: 40, rsrq_range: 20, "
      "snr: 5], [rssi: -70]]]"},
     {0x3CD103, "KCellularWcdmaTxPower", "myUMTSTxPowerDict", "Received Tx Power is",
      "1:@ 2:{1:~-12 2:~7 3:4}",
-     "[timestamp: @, tx_power_info: [[pucch_tx_power: -12, pusch_tx_power: 7, subframe_index: 4]]]"},
+     "[timestamp: @, tx_power_info: [[pucch_tx_power: -12, pusch_tx_power: 7, subframe_index: "
+     "4]]]"},
     {0x3CD104, "KCellularWcdmaSelReselCellInfo", "myUMTSSelReselDict",
      "Received UMTS Cell Resel Info is",
      "1:@ 2:1 3:0 4:1 5:[1 8] 6:1 7:0 8:1 9:~-30 10:~-18 11:~10 12:~8 13:~4 21:5 22:{1:6300 2:6} "
@@ -89,7 +91,8 @@ constexpr Row kRows[] = {
      "[[uarfcn: 10713, prio: 3]], gsm_prio_info: [[arfcn: 62, prio: 1]]]"},
     {0x3CD105, "KCellularWcdmaNbrCellMeas", "myUMTSNbrMeasDict",
      "Received UMTS InterRat Meas Info is",
-     "1:@ 2:{1:10713 2:1 3:305 4:13 5:~-92} 3:{1:62 2:35 3:30} 4:{1:6300 2:301 3:20 4:~-101 5:~-23}",
+     "1:@ 2:{1:10713 2:1 3:305 4:13 5:~-92} 3:{1:62 2:35 3:30} 4:{1:6300 2:301 3:20 4:~-101 "
+     "5:~-23}",
      "[timestamp: @, meas_utra_result: [[uarfcn: 10713, band: 1, psc: 305, ecno: 13, rscp: -92]], "
      "meas_gsm_result: [[arfcn: 62, bsic: 35, rxlev: 30]], meas_lte_result: [[earfcn: 6300, "
      "phy_cell_id: 301, eutra_band: 20, rsrp: -101, rsrq: -23]]]"},
@@ -108,7 +111,8 @@ constexpr Row kRows[] = {
      "Received Component Carrier info is", "1:@ 2:6300 3:1300 4:3350 5:20 6:10 7:5",
      "[timestamp: @, pcc_earfcn: 6300, scc0_earfcn: 1300, scc1_earfcn: 3350, pcc_bandwidth: 20, "
      "scc0_bandwidth: 10, scc1_bandwidth: 5]"},
-    {0x3CD30E, "KCellularLteSelReselCellInfo", "myLTESelReselDict", "Received LTE Cell Resel Info is",
+    {0x3CD30E, "KCellularLteSelReselCellInfo", "myLTESelReselDict",
+     "Received LTE Cell Resel Info is",
      "1:@ 2:[3 7] 3:1 4:0 5:95 11:~-64 12:~-18 13:4 20:5 "
      "21:{1:1300 2:~-62 4:~2 6:3 11:6 12:1 13:3} 21:{1:3350 6:9}",
      "[timestamp: #, multi_band_info: [3, 7], ims_emergency_support: 1, ac_barring_for_emergency: "
@@ -137,13 +141,15 @@ constexpr Row kRows[] = {
      "[timestamp: @, scc_rx_measurement: [[index: 1, rsrp: -9999, rsrq: -1275, snr: 20, rssi: "
      "-7001], [index: 2]]]"},
     {0x3CD509, "KCellularMmCommonInfo", "myCellularMMCommonInfoDict",
-     "Received MM Common Info Dict is :", "1:@ 2:<2926101032547698> 3:{1:<62f210>} 4:{1:<62f220> 2:9}",
+     "Received MM Common Info Dict is :",
+     "1:@ 2:<2926101032547698> 3:{1:<62f210>} 4:{1:<62f220> 2:9}",
      "[timestamp: @, imsi: <2926101032547698>, eplmn_list: [[encoded_plmn: <62f210>]], "
      "roaming_flai_list: [[encoded_plmn: <62f220>, lac: 9]]]"},
     {0x3CD50A, "KCellularMmContext", "myMMContextDict", "Received MM Context Info is",
      "1:@ 2:0 3:1 4:{1:<62f210> 2:4660} 5:305419896 6:3600 9:1",
      "[timestamp: @, reg_status: KREG_STATUS_NORMAL_SERVICE, update_status: STATUS_UPDATED, lai: "
-     "[encoded_plmn: <62f210>, lac: 4660], tmsi: 305419896, t3212_dur_s: 3600, is_combined_proc: 1]"},
+     "[encoded_plmn: <62f210>, lac: 4660], tmsi: 305419896, t3212_dur_s: 3600, is_combined_proc: "
+     "1]"},
     {0x3CD50B, "KCellularGmmContext", "myGMMContextDict", "Received GMM Context Info is",
      "1:@ 2:0 3:0 4:{1:<62f210> 3:4660 4:7} 6:3240 9:2",
      "[timestamp: @, reg_status: KREG_STATUS_NORMAL_SERVICE, update_status: GPRS_STATUS_UPDATED, "

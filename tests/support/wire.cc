@@ -1,5 +1,6 @@
 #include "tests/support/wire.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdint>
 #include <stdexcept>

@@ -20,7 +20,8 @@ class Played {
     manager = osmin::client::CreateManager("quorin", queue);
     osmin::client::RegisterEventHandler(
         manager, osmin::kEventMetric, [this](xpc_object_t event, const dispatch_group_t&) {
-          payloads.push_back(hexText(xpc_data_get_bytes(xpc_dictionary_get_value(event, osmin::kKeyPayload))));
+          payloads.push_back(
+              hexText(xpc_data_get_bytes(xpc_dictionary_get_value(event, osmin::kKeyPayload))));
         });
     osmin::client::EventsOn(manager);
   }

@@ -46,7 +46,8 @@ TEST(TextScreen, PrintsAPageUnderItsKeyWhenItChanged) {
 TEST(TextScreen, PrintsSectionsUnderTheirHeaders) {
   Launched app;
   ASSERT_TRUE(app.screen.openPages(app.application, {"LTE CA Status"}).empty());
-  app.service.deliver(osmin::kEventMetric, metricEvent(K_LTE_CA_STATUS, "12 02 08 00 12 04 08 01 18 07"));
+  app.service.deliver(osmin::kEventMetric,
+                      metricEvent(K_LTE_CA_STATUS, "12 02 08 00 12 04 08 01 18 07"));
   CaptureStdout();
   app.clock.advance(kFiveSeconds);
   EXPECT_EQ(GetCapturedStdout(),
@@ -87,9 +88,13 @@ TEST(TextScreen, GivesTheKeysThatNoPageHas) {
 }
 
 TEST(Columns, ReplaceControlCharactersAndCountCharacters) {
-  EXPECT_EQ(printable("a\x1b[2J\tb\x7f"), "a\xef\xbf\xbd[2J\xef\xbf\xbd" "b\xef\xbf\xbd");
+  EXPECT_EQ(printable("a\x1b[2J\tb\x7f"),
+            "a\xef\xbf\xbd[2J\xef\xbf\xbd"
+            "b\xef\xbf\xbd");
   EXPECT_EQ(printable("\xc3\xa4"), "\xc3\xa4");
-  EXPECT_EQ(columnsOf("\xc3\xa4\xe2\x82\xac" "b"), 3U);
+  EXPECT_EQ(columnsOf("\xc3\xa4\xe2\x82\xac"
+                      "b"),
+            3U);
 }
 
 }  // namespace

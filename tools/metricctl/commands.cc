@@ -18,6 +18,10 @@ constexpr Command kCommands[] = {
     {"schema", "Print the message catalogue as a reference page or a .proto file", schemaCommand},
     {"import", "Turn a drive log into a recording", importCommand},
     {"intake", "Feed a recording through the metric store and dump what it holds", intakeCommand},
+    {"watch", "Show the service's events, decoded, as they come", watchCommand},
+    {"record", "Record the service's events", recordCommand},
+    {"replay", "Hand a recording to the running service", replayCommand},
+    {"status", "Show the service's sessions and metrics", statusCommand},
 };
 
 }  // namespace

@@ -17,6 +17,10 @@ using Action = std::function<int()>;
 [[nodiscard]] Action schemaCommand(CLI::App& arguments);
 [[nodiscard]] Action importCommand(CLI::App& arguments);
 [[nodiscard]] Action intakeCommand(CLI::App& arguments);
+[[nodiscard]] Action watchCommand(CLI::App& arguments);
+[[nodiscard]] Action recordCommand(CLI::App& arguments);
+[[nodiscard]] Action replayCommand(CLI::App& arguments);
+[[nodiscard]] Action statusCommand(CLI::App& arguments);
 
 /// Runs the command that the arguments name.
 [[nodiscard]] int run(int argc, char** argv);

@@ -72,7 +72,8 @@ class Encoder {
         field.in<bool>(message) = value.get<bool>();
         return true;
       case Kind::bytes: {
-        const auto bytes = value.is_string() ? bytesFromHex(value.get<std::string>()) : std::nullopt;
+        const auto bytes =
+            value.is_string() ? bytesFromHex(value.get<std::string>()) : std::nullopt;
         if (!bytes) return fail("is not hexadecimal");
         field.in<Ref<Data>>(message) = make<Data>(*bytes);
         return true;

@@ -97,7 +97,9 @@ Action intakeCommand(CLI::App& arguments) {
     bool quiet = false;
   };
   auto options = std::make_shared<Options>();
-  arguments.add_option("--dump", options->dump, "What to print as JSON at the end: stores, records or pages")
+  arguments
+      .add_option("--dump", options->dump,
+                  "What to print as JSON at the end: stores, records or pages")
       ->check(CLI::IsMember({"stores", "records", "pages"}));
   arguments.add_flag("--quiet", options->quiet, "Leave out the store's own lines");
   return [options] { return takeIn(options->dump, options->quiet); };

@@ -10,8 +10,8 @@ namespace quorin::metricctl {
 using Json = nlohmann::basic_json<nlohmann::ordered_map, std::vector, std::string, bool,
                                   std::int64_t, std::uint64_t, float>;
 
-/// Numbers exact, booleans as booleans, bytes as lower-case hexadecimal, texts with U+FFFD where they
-/// are not UTF-8.
+/// Numbers exact, booleans as booleans, bytes as lower-case hexadecimal, texts with U+FFFD where
+/// they are not UTF-8.
 [[nodiscard]] Json jsonOf(const Value& value);
 [[nodiscard]] Json jsonOf(const Dictionary& dictionary);
 

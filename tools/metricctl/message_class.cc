@@ -13,7 +13,8 @@ void MessageClass::addTo(CLI::App& arguments) {
 const MessageTable* MessageClass::table() const {
   const CatalogueRow* row = name.empty() ? catalogueRow(id) : catalogueRow(name);
   if (row) return row->table;
-  std::cerr << "metricctl: no message class " << (name.empty() ? "has this metric ID" : name) << '\n';
+  std::cerr << "metricctl: no message class " << (name.empty() ? "has this metric ID" : name)
+            << '\n';
   return nullptr;
 }
 

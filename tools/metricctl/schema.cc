@@ -17,7 +17,7 @@ struct KindRow {
   Kind kind;
   const char* page;
   const char* protoLabel;
-  const char* protoType;    // null: the field's table or class
+  const char* protoType;  // null: the field's table or class
   const char* protoOption;
 };
 
@@ -89,13 +89,15 @@ void printPage(std::ostream& out) {
   out << "\n# Names\n\nA value without a name is shown as \"(unknown: 7)\".\n";
   for (const EnumTable& table : enumerations()) {
     out << "\n## " << table.title << "\n\n| Value | Name |\n|---:|---|\n";
-    for (const EnumName& name : table.names) out << "| " << name.value << " | " << name.name << " |\n";
+    for (const EnumName& name : table.names)
+      out << "| " << name.value << " | " << name.name << " |\n";
   }
 }
 
 // Enumerations stand in messages of their own, since several share a name such as FDD.
 void printProto(std::ostream& out) {
-  out << "// Printed by metricctl schema --format proto.\nsyntax = \"proto2\";\n\npackage quorin;\n";
+  out << "// Printed by metricctl schema --format proto.\nsyntax = \"proto2\";\n\npackage "
+         "quorin;\n";
   for (const EnumTable& table : enumerations()) {
     out << "\nmessage " << table.title << " {\n  enum Value {\n";
     for (const EnumName& name : table.names)

@@ -1,0 +1,267 @@
+#include "basebandd/BusServer.h"
+
+#include <sys/socket.h>
+
+#include <cstring>
+#include <nlohmann/json.hpp>
+
+#include "messages/catalogue.h"
+#include "platform/bus/protocol.h"
+#include "platform/bus/values.h"
+
+namespace quorin {
+
+namespace {
+
+/// Events between us and the kernel's buffer; beyond, the newest of each metric waits in the
+/// service.
+constexpr std::uint64_t kMostQueued = 16;
+
+/// A session's private connection.
+class PeerChannel final : public EventChannel {
+ public:
+  explicit PeerChannel(bus::Connection connection) : _connection(std::move(connection)) {}
+
+  [[nodiscard]] bool isReady() const override {
+    std::uint64_t queued = 0;
+    return sd_bus_is_open(_connection.get()) > 0 &&
+           sd_bus_get_n_queued_write(_connection.get(), &queued) >= 0 && queued < kMostQueued;
+  }
+
+  void send(std::uint64_t sequence, const char* kind, const XpcRef& event) override {
+    sd_bus_message* signal = nullptr;
+    int result = sd_bus_message_new_signal(_connection.get(), &signal, bus::kPath,
+                                           bus::kEventsInterface, bus::kEventSignal);
+    const bus::Message owned(signal);
+    if (result >= 0) result = sd_bus_message_append(signal, "ts", sequence, kind);
+    if (result >= 0) result = bus::appendDictionary(signal, event.get());
+    if (result >= 0) (void)sd_bus_send(_connection.get(), signal, nullptr);
+  }
+
+ private:
+  bus::Connection _connection;
+};
+
+struct Untrack {
+  void operator()(sd_bus_track* track) const { sd_bus_track_unref(track); }
+};
+
+}  // namespace
+
+/// What is known of one client, until it leaves the bus.
+struct BusServer::Client {
+  BusServer& server;
+  std::string name;
+  std::unique_ptr<sd_bus_track, Untrack> track;
+};
+
+BusServer::BusServer(sd_event* loop, std::unique_ptr<MetricSource> source)
+    : _loop(loop), _source(std::move(source)) {}
+
+BusServer::~BusServer() = default;
+
+BusServer::Client& BusServer::client(const char* sender) {
+  auto& known = _clients[sender];
+  if (known) return *known;
+  known = std::make_unique<Client>(Client{*this, sender, nullptr});
+  sd_bus_track* track = nullptr;
+  if (sd_bus_track_new(_bus.get(), &track, onClientGone, known.get()) >= 0) {
+    known->track.reset(track);
+    (void)sd_bus_track_add_name(track, sender);
+  }
+  return *known;
+}
+
+int BusServer::onClientGone(sd_bus_track* /*track*/, void* client) {
+  auto& gone = *static_cast<Client*>(client);
+  BusServer& server = gone.server;
+  const std::string name = gone.name;
+  server._service.sessionGone(name);
+  server._clients.erase(name);
+  return 0;
+}
+
+/// The interface's methods. Malformed calls are answered with an error and change nothing.
+struct BusServer::Methods {
+  using Call = int (*)(BusServer&, sd_bus_message*);
+
+  template <Call call>
+  static int run(sd_bus_message* message, void* server, sd_bus_error* /*error*/) {
+    auto& self = *static_cast<BusServer*>(server);
+    const int result = call(self, message);
+    self.armTimer();
+    return result;
+  }
+
+  static int perform(BusServer& self, sd_bus_message* message) {
+    const char* command = nullptr;
+    int result = sd_bus_message_read(message, "s", &command);
+    if (result < 0) return result;
+    const XpcRef input = bus::readDictionary(message);
+    const std::string& name = self.client(sd_bus_message_get_sender(message)).name;
+    const auto answer = self._service.perform(name, command, input);
+    sd_bus_message* reply = nullptr;
+    result = sd_bus_message_new_method_return(message, &reply);
+    const bus::Message owned(reply);
+    if (result >= 0)
+      result = sd_bus_message_append(reply, "is", answer.status, answer.message.c_str());
+    if (result >= 0) result = bus::appendDictionary(reply, nullptr);
+    return result < 0 ? result : sd_bus_send(nullptr, reply, nullptr);
+  }
+
+  static int eventsOn(BusServer& self, sd_bus_message* message) {
+    int ends[2];
+    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, ends) < 0) return -errno;
+    bus::Descriptor ours(ends[0]);
+    const bus::Descriptor theirs(ends[1]);
+    auto peer = bus::openPeer(std::move(ours), /*server=*/true);
+    if (!peer) return -EIO;
+    const int attached = sd_bus_attach_event(peer.get(), self._loop, SD_EVENT_PRIORITY_NORMAL);
+    if (attached < 0) return attached;
+    const int result = sd_bus_reply_method_return(message, "h", theirs.get());
+    if (result < 0) return result;
+    self._service.eventsOn(self.client(sd_bus_message_get_sender(message)).name,
+                           std::make_shared<PeerChannel>(std::move(peer)));
+    return result;
+  }
+
+  static int eventsOff(BusServer& self, sd_bus_message* message) {
+    self._service.eventsOff(sd_bus_message_get_sender(message));
+    return sd_bus_reply_method_return(message, nullptr);
+  }
+
+  static int status(BusServer& self, sd_bus_message* message) {
+    return sd_bus_reply_method_return(message, "s", self.status().c_str());
+  }
+
+  static int feed(BusServer& self, sd_bus_message* message) {
+    const XpcRef event = bus::readDictionary(message);
+    if (!event) return -EINVAL;
+    const xpc_object_t id = xpc_dictionary_get_value(event.get(), osmin::kKeyMetricID);
+    const xpc_object_t payload = xpc_dictionary_get_value(event.get(), osmin::kKeyPayload);
+    if (!id || xpc_get_type(id) != xpc_type_t::int64 || !payload ||
+        xpc_get_type(payload) != xpc_type_t::data)
+      return -EINVAL;
+    self._service.takeMetric(xpc_int64_get_value(id), make<Data>(xpc_data_get_bytes(payload)));
+    return sd_bus_reply_method_return(message, nullptr);
+  }
+
+  static int pause(BusServer& self, sd_bus_message* message) {
+    self._paused = true;
+    return sd_bus_reply_method_return(message, nullptr);
+  }
+  static int resume(BusServer& self, sd_bus_message* message) {
+    self._paused = false;
+    return sd_bus_reply_method_return(message, nullptr);
+  }
+  static int step(BusServer& self, sd_bus_message* message) {
+    std::uint32_t count = 0;
+    const int result = sd_bus_message_read(message, "u", &count);
+    if (result < 0) return result;
+    self._steps += count;
+    return sd_bus_reply_method_return(message, nullptr);
+  }
+};
+
+namespace {
+
+constexpr std::uint64_t kOpenToAll = SD_BUS_VTABLE_UNPRIVILEGED;  // the bus policy keeps the door
+
+}  // namespace
+
+bool BusServer::start(std::string& reason) {
+  using M = Methods;
+  static const sd_bus_vtable kInterface[] = {
+      SD_BUS_VTABLE_START(0),
+      SD_BUS_METHOD(bus::kPerform, bus::kPerformTakes, bus::kPerformGives, M::run<M::perform>,
+                    kOpenToAll),
+      SD_BUS_METHOD(bus::kEventsOn, "", "h", M::run<M::eventsOn>, kOpenToAll),
+      SD_BUS_METHOD(bus::kEventsOff, "", "", M::run<M::eventsOff>, kOpenToAll),
+      SD_BUS_METHOD(bus::kStatus, "", "s", M::run<M::status>, kOpenToAll),
+      SD_BUS_METHOD(bus::kFeed, "a{sv}", "", M::run<M::feed>, kOpenToAll),
+      SD_BUS_METHOD(bus::kPause, "", "", M::run<M::pause>, kOpenToAll),
+      SD_BUS_METHOD(bus::kResume, "", "", M::run<M::resume>, kOpenToAll),
+      SD_BUS_METHOD(bus::kStep, "u", "", M::run<M::step>, kOpenToAll),
+      SD_BUS_VTABLE_END,
+  };
+  _bus = bus::openBus(reason);
+  if (!_bus) return false;
+  sd_event_source* timer = nullptr;
+  (void)sd_event_add_time(_loop, &timer, CLOCK_MONOTONIC, 0, 1000, onTime, this);
+  _timer.reset(timer);
+  const int attached = sd_bus_attach_event(_bus.get(), _loop, SD_EVENT_PRIORITY_NORMAL);
+  const int added =
+      sd_bus_add_object_vtable(_bus.get(), nullptr, bus::kPath, bus::kInterface, kInterface, this);
+  const int watched = sd_event_add_post(_loop, nullptr, afterEach, this);
+  int named = std::min({attached, added, watched});
+  if (named >= 0) named = sd_bus_request_name(_bus.get(), bus::kName, 0);
+  if (named < 0) {
+    reason = std::string(bus::kName) + ": " +
+             (named == -EEXIST ? "another service has this name" : std::strerror(-named));
+    return false;
+  }
+  armTimer();
+  return true;
+}
+
+void BusServer::advance() {
+  const MetricSource::Sink take = [this](std::int64_t id, const Ref<Data>& payload) {
+    _service.takeMetric(id, payload);
+  };
+  for (; _paused && _steps > 0 && _source->next(); --_steps)
+    _source->advanceTo(*_source->next(), take);
+  if (!_paused) _source->advanceTo(currentClock().uptime(), take);
+  _service.deliver();
+}
+
+void BusServer::armTimer() {
+  auto next = _service.nextDelivery();
+  const bool stepping = _paused && _steps > 0;
+  if (const auto due = _source->next(); due && (!_paused || stepping))
+    next = std::min(next.value_or(*due), stepping ? Milliseconds{0} : *due);
+  if (!next) return (void)sd_event_source_set_enabled(_timer.get(), SD_EVENT_OFF);
+  (void)sd_event_source_set_time(
+      _timer.get(), static_cast<std::uint64_t>(std::chrono::microseconds(*next).count()));
+  (void)sd_event_source_set_enabled(_timer.get(), SD_EVENT_ONESHOT);
+}
+
+int BusServer::onTime(sd_event_source* /*source*/, std::uint64_t /*time*/, void* server) {
+  auto& self = *static_cast<BusServer*>(server);
+  self.advance();
+  self.armTimer();
+  return 0;
+}
+
+// A channel may have room again.
+int BusServer::afterEach(sd_event_source* /*source*/, void* server) {
+  static_cast<BusServer*>(server)->_service.deliver();
+  return 0;
+}
+
+std::string BusServer::status() const {
+  using Json = nlohmann::ordered_json;
+  Json sessions = Json::array();
+  for (const SessionStatus& s : _service.sessions())
+    sessions.push_back({{"name", s.name},
+                        {"configured", s.configured},
+                        {"events_on", s.eventsOn},
+                        {"metrics", s.metrics},
+                        {"sent", s.sent},
+                        {"dropped", s.dropped},
+                        {"waiting", s.waiting}});
+  Json metrics = Json::array();
+  for (const MetricStatus& m : _service.metrics()) {
+    const CatalogueRow* row = catalogueRow(m.id);
+    metrics.push_back({{"id", m.id},
+                       {"class", row ? Json(std::string(row->table->name)) : Json()},
+                       {"count", m.count},
+                       {"age_ms", m.age.count()}});
+  }
+  return Json{{"source", _source->description()},
+              {"paused", _paused},
+              {"sessions", sessions},
+              {"metrics", metrics}}
+      .dump();
+}
+
+}  // namespace quorin

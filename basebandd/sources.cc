@@ -1,0 +1,40 @@
+#include "basebandd/sources.h"
+
+#include <algorithm>
+
+#include "basebandd/ReplaySource.h"
+
+namespace quorin {
+
+namespace {
+
+using Made = std::unique_ptr<MetricSource>;
+
+Made replay(const SourceOptions& options, std::string& reason) {
+  if (options.recording.empty()) return reason = "a replay needs --recording FILE", nullptr;
+  auto source = std::make_unique<ReplaySource>(options.recording, options.speed, options.loop,
+                                               currentClock().uptime());
+  reason = source->error();
+  return reason.empty() ? std::move(source) : nullptr;
+}
+
+struct SourceRow {
+  std::string_view name;
+  Made (*make)(const SourceOptions& options, std::string& reason);
+};
+
+constexpr SourceRow kSources[] = {
+    {"replay", replay},
+};
+
+}  // namespace
+
+Made makeSource(const SourceOptions& options, std::string& reason) {
+  const auto* row = std::ranges::find(kSources, options.source, &SourceRow::name);
+  if (row != std::end(kSources)) return row->make(options, reason);
+  reason = "there is no source '" + options.source + "'; there are:";
+  for (const SourceRow& known : kSources) reason += " " + std::string(known.name);
+  return nullptr;
+}
+
+}  // namespace quorin

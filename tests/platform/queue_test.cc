@@ -1,0 +1,129 @@
+#include "platform/dispatch/queue.h"
+
+#include <atomic>
+#include <future>
+#include <vector>
+
+#include "tests/support/rig.h"
+
+namespace quorin::test {
+namespace {
+
+using ::testing::ElementsAre;
+
+TEST(SerialQueue, RunsItsWorkInOrderOnAThreadOfItsOwn) {
+  const dispatch_queue_t queue = dispatch_queue_create("a.label");
+  EXPECT_EQ(queue->label(), "a.label");
+  std::vector<int> order;
+  std::vector<std::thread::id> threads;
+  for (int i = 0; i < 100; ++i)
+    dispatch_async(*queue, [&, i] {
+      order.push_back(i);
+      threads.push_back(std::this_thread::get_id());
+    });
+  waitUntilDone(*queue);
+  ASSERT_EQ(order.size(), 100U);
+  for (int i = 0; i < 100; ++i) EXPECT_EQ(order[static_cast<std::size_t>(i)], i);
+  for (const auto thread : threads) {
+    EXPECT_EQ(thread, threads.front());
+    EXPECT_NE(thread, std::this_thread::get_id());
+  }
+}
+
+TEST(SerialQueue, GivesBackWhatAPieceOfWorkHeldBeforeTheNextRuns) {
+  const dispatch_queue_t queue = dispatch_queue_create("q");
+  auto held = std::make_shared<int>(1);
+  const std::weak_ptr<int> alive = held;
+  bool gone = false;
+  dispatch_async(*queue, [held = std::move(held)] {});
+  dispatch_async(*queue, [&] { gone = alive.expired(); });
+  waitUntilDone(*queue);
+  EXPECT_TRUE(gone);
+}
+
+TEST(SerialQueue, RunsWhatWasPostedBeforeItEnds) {
+  std::atomic<int> ran = 0;
+  {
+    const dispatch_queue_t queue = dispatch_queue_create("q");
+    for (int i = 0; i < 50; ++i) dispatch_async(*queue, [&] { ++ran; });
+  }
+  EXPECT_EQ(ran, 50);
+}
+
+TEST(SerialQueue, MayBeGivenBackByItsOwnWork) {
+  auto queue = dispatch_queue_create("q");
+  const std::weak_ptr<DispatchQueue> alive = queue;
+  std::promise<void> posted;
+  std::promise<void> ended;
+  DispatchQueue& running = *queue;
+  dispatch_async(running, [held = std::move(queue), &posted, &ended]() mutable {
+    posted.get_future().wait();
+    held.reset();
+    ended.set_value();
+  });
+  posted.set_value();
+  ended.get_future().wait();
+  EXPECT_TRUE(alive.expired());
+}
+
+TEST(SerialQueue, TakesWorkFromItsOwnWork) {
+  const dispatch_queue_t queue = dispatch_queue_create("q");
+  std::promise<void> done;
+  dispatch_async(*queue, [&] { dispatch_async(*queue, [&] { done.set_value(); }); });
+  done.get_future().wait();
+  waitUntilDone(*queue);
+}
+
+TEST(MainQueue, RunsPendingWorkInOrderAndNotWhatThatPosts) {
+  MainQueue queue;
+  std::vector<int> order;
+  queue.post([&] {
+    order.push_back(1);
+    queue.post([&] { order.push_back(3); });
+  });
+  queue.post([&] { order.push_back(2); });
+  EXPECT_TRUE(queue.runPending());
+  EXPECT_THAT(order, ElementsAre(1, 2));
+  EXPECT_TRUE(queue.runPending());
+  EXPECT_THAT(order, ElementsAre(1, 2, 3));
+  EXPECT_FALSE(queue.runPending());
+}
+
+TEST(MainQueue, WakesAnotherLoopOnceForEachTimeItWasEmpty) {
+  MainQueue queue;
+  int woken = 0;
+  queue.setWakeUp([&] { ++woken; });
+  queue.post([] {});
+  queue.post([] {});
+  EXPECT_EQ(woken, 1);
+  EXPECT_TRUE(queue.runPending());
+  queue.post([] {});
+  EXPECT_EQ(woken, 2);
+}
+
+TEST(MainQueue, WaitsNoLongerThanUntilSomethingIsPosted) {
+  MainQueue queue;
+  std::thread poster([&] { queue.post([] {}); });
+  queue.wait(std::chrono::minutes(10));
+  poster.join();
+  EXPECT_TRUE(queue.runPending());
+  queue.wait(std::chrono::milliseconds(0));
+  EXPECT_FALSE(queue.runPending());
+}
+
+TEST(MainQueue, IsOneForTheProcess) {
+  EXPECT_EQ(&dispatch_get_main_queue(), &dispatch_get_main_queue());
+}
+
+TEST(DispatchOnce, RunsItsWorkOnceAcrossThreads) {
+  dispatch_once_t once;
+  std::atomic<int> ran = 0;
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 4; ++i) threads.emplace_back([&] { dispatch_once(once, [&] { ++ran; }); });
+  for (std::thread& thread : threads) thread.join();
+  dispatch_once(once, [&] { ++ran; });
+  EXPECT_EQ(ran, 1);
+}
+
+}  // namespace
+}  // namespace quorin::test

@@ -1,0 +1,96 @@
+#include <fstream>
+#include <iomanip>
+#include <iostream>
+#include <thread>
+
+#include "platform/bus/protocol.h"
+#include "platform/recording/recording.h"
+#include "tools/metricctl/json.h"
+#include "tools/metricctl/lines.h"
+#include "tools/metricctl/service.h"
+
+namespace quorin::metricctl {
+
+namespace {
+
+int fail(const std::string& reason) {
+  std::cerr << "metricctl: " << reason << '\n';
+  return wrongUse;
+}
+
+void printStatus(const Json& status) {
+  std::cout << "source    " << status["source"].get<std::string>()
+            << (status["paused"].get<bool>() ? " (paused)" : "") << '\n';
+  for (const Json& session : status["sessions"])
+    std::cout << "session   " << session["name"].get<std::string>() << "  " << session["metrics"]
+              << " metrics" << (session["events_on"].get<bool>() ? "" : ", events off") << ", sent "
+              << session["sent"] << ", dropped " << session["dropped"] << ", waiting "
+              << session["waiting"] << '\n';
+  for (const Json& metric : status["metrics"])
+    std::cout << "metric    " << std::left << std::setw(40)
+              << (metric["class"].is_string() ? metric["class"].get<std::string>()
+                                              : metric["id"].dump())
+              << std::right << std::setw(8) << metric["count"] << "  "
+              << metric["age_ms"].get<std::int64_t>() / 1000 << " s ago\n";
+}
+
+int status(bool json) {
+  std::string reason;
+  const bus::Connection bus = bus::openBus(reason);
+  if (!bus) return fail(reason);
+  const bus::Message reply = callService(bus.get(), bus::kStatus, {}, reason);
+  const char* text = nullptr;
+  if (!reply || sd_bus_message_read(reply.get(), "s", &text) < 0) return fail(reason);
+  if (json)
+    std::cout << text << '\n';
+  else
+    printStatus(Json::parse(text));
+  return done;
+}
+
+int replay(const std::string& path, double speed) {
+  std::ifstream file(path);
+  if (!file) return fail(path + ": " + std::strerror(errno));
+  std::string reason;
+  const bus::Connection bus = bus::openBus(reason);
+  if (!bus) return fail(reason);
+  Lines lines(path, file);
+  std::optional<Milliseconds> first;
+  const Milliseconds start = currentClock().uptime();
+  for (std::string line; lines.next(line);) {
+    if (isBlank(line)) continue;
+    const auto recorded = readRecordingLine(line, reason);
+    if (!recorded) {
+      lines.unreadable(reason);
+      continue;
+    }
+    if (!first) first = recorded->arrival;
+    if (recorded->arrival && first && speed > 0) {
+      const auto due = static_cast<double>((*recorded->arrival - *first).count()) / speed;
+      const auto wait =
+          start + Milliseconds(static_cast<std::int64_t>(due)) - currentClock().uptime();
+      if (wait > Milliseconds{0}) std::this_thread::sleep_for(wait);
+    }
+    if (!callService(bus.get(), bus::kFeed, recorded->event, reason)) return fail(reason);
+  }
+  return lines.exitCode();
+}
+
+}  // namespace
+
+Action statusCommand(CLI::App& arguments) {
+  auto json = std::make_shared<bool>(false);
+  arguments.add_flag("--json", *json, "As JSON");
+  return [json] { return status(*json); };
+}
+
+Action replayCommand(CLI::App& arguments) {
+  auto path = std::make_shared<std::string>();
+  auto speed = std::make_shared<double>(1);
+  arguments.add_option("FILE", *path, "Recording to hand to the running service")->required();
+  arguments.add_option("--speed", *speed, "How many times faster than recorded; 0: at once")
+      ->check(CLI::NonNegativeNumber);
+  return [path, speed] { return replay(*path, *speed); };
+}
+
+}  // namespace quorin::metricctl
