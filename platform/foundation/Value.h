@@ -58,7 +58,7 @@ class Value {
 
   Value(const Value& other)
       : _kind(other._kind), _counted(other._counted), _length(other._length), _as(other._as) {
-    if (_counted) _as.object->retain();
+    if (const Object* object = counted()) object->retain();
   }
   Value(Value&& other) noexcept
       : _kind(other._kind), _counted(other._counted), _length(other._length), _as(other._as) {
@@ -73,7 +73,7 @@ class Value {
     return *this;
   }
   ~Value() {
-    if (_counted) _as.object->release();
+    if (const Object* object = counted()) object->release();
   }
 
   [[nodiscard]] Kind kind() const { return _kind; }
@@ -102,6 +102,8 @@ class Value {
     _as.object = object;
     if (object) object->retain();
   }
+
+  [[nodiscard]] const Object* counted() const { return _counted ? _as.object : nullptr; }
 
   Kind _kind = Kind::nothing;
   bool _counted = false;
