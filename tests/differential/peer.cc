@@ -91,7 +91,7 @@ Peer::Peer()
 }
 
 std::unique_ptr<Message> Peer::make(std::string_view className) const {
-  const auto* descriptor = _pool->FindMessageTypeByName("quorin." + std::string(className));
+  const auto* descriptor = _pool->FindMessageTypeByName("quorin.metrics." + std::string(className));
   if (!descriptor) throw std::runtime_error("no " + std::string(className));
   return std::unique_ptr<Message>(_factory->GetPrototype(descriptor)->New());
 }

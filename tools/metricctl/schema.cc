@@ -94,12 +94,13 @@ void printPage(std::ostream& out) {
   }
 }
 
-// Enumerations stand in messages of their own, since several share a name such as FDD.
+// Enumerations stand in messages of their own, since several share a name such as FDD; and these are
+// called otherwise than any name in them, which C++ would not have.
 void printProto(std::ostream& out) {
-  out << "// Printed by metricctl schema --format proto.\nsyntax = \"proto2\";\n\npackage "
-         "quorin;\n";
+  out << "// Printed by metricctl schema --format proto.\nsyntax = \"proto2\";\n\n"
+         "package quorin.metrics;\n";
   for (const EnumTable& table : enumerations()) {
-    out << "\nmessage " << table.title << " {\n  enum Value {\n";
+    out << "\nmessage " << table.title << "_NAMES {\n  enum Value {\n";
     for (const EnumName& name : table.names)
       out << "    " << name.name << " = " << name.value << ";\n";
     out << "  }\n}\n";
@@ -116,7 +117,7 @@ void printProto(std::ostream& out) {
       else if (field.element)
         out << field.element->name;
       else
-        out << field.names.title << ".Value";
+        out << field.names.title << "_NAMES.Value";
       out << ' ' << field.key << " = " << field.number << kind.protoOption << ";\n";
     }
     out << "}\n";

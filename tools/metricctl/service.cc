@@ -96,7 +96,7 @@ bus::Message callService(sd_bus* bus, const char* method, const XpcRef& input,
       sd_bus_message_new_method_call(bus, &call, bus::kName, bus::kPath, bus::kInterface, method);
   const bus::Message owned(call);
   if (result >= 0 && input) result = bus::appendDictionary(call, input.get());
-  sd_bus_error error = SD_BUS_ERROR_NULL;
+  sd_bus_error error{};
   sd_bus_message* reply = nullptr;
   if (result >= 0) result = sd_bus_call(bus, call, bus::kCommandMicroseconds, &error, &reply);
   if (result < 0) reason = error.message ? error.message : std::strerror(-result);
