@@ -20,7 +20,7 @@ constexpr std::uint64_t kMostQueued = 16;
 /// A session's private connection.
 class PeerChannel final : public EventChannel {
  public:
-  explicit PeerChannel(bus::Connection connection) : _connection(std::move(connection)) {}
+  explicit PeerChannel(bus::PeerConnection connection) : _connection(std::move(connection)) {}
 
   [[nodiscard]] bool isReady() const override {
     std::uint64_t queued = 0;
@@ -39,7 +39,7 @@ class PeerChannel final : public EventChannel {
   }
 
  private:
-  bus::Connection _connection;
+  bus::PeerConnection _connection;
 };
 
 struct Untrack {
@@ -189,6 +189,8 @@ bool BusServer::start(std::string& reason) {
   sd_event_source* timer = nullptr;
   (void)sd_event_add_time(_loop, &timer, CLOCK_MONOTONIC, 0, 1000, onTime, this);
   _timer.reset(timer);
+  // A source that always has more to give must not keep clients waiting.
+  (void)sd_event_source_set_priority(timer, SD_EVENT_PRIORITY_IDLE);
   const int attached = sd_bus_attach_event(_bus.get(), _loop, SD_EVENT_PRIORITY_NORMAL);
   const int added =
       sd_bus_add_object_vtable(_bus.get(), nullptr, bus::kPath, bus::kInterface, kInterface, this);

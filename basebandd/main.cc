@@ -17,14 +17,6 @@ int fail(int exit, const std::string& reason) {
   return exit;
 }
 
-bool readSpeed(const std::string& text, std::optional<double>& speed) {
-  speed.reset();
-  if (text == "max") return true;
-  char* end = nullptr;
-  speed = std::strtod(text.c_str(), &end);
-  return end != text.c_str() && *end == '\0' && *speed > 0 && *speed <= 1e6;
-}
-
 /// SIGTERM and SIGINT end the loop in order.
 void endOnSignals(sd_event* loop) {
   sigset_t signals;

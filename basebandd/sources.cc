@@ -12,10 +12,9 @@ using Made = std::unique_ptr<MetricSource>;
 
 Made replay(const SourceOptions& options, std::string& reason) {
   if (options.recording.empty()) return reason = "a replay needs --recording FILE", nullptr;
-  auto source = std::make_unique<ReplaySource>(options.recording, options.speed, options.loop,
-                                               currentClock().uptime());
-  reason = source->error();
-  return reason.empty() ? std::move(source) : nullptr;
+  PacedRecording recording(options.recording, options.speed, options.loop, currentClock().uptime());
+  reason = recording.error();
+  return reason.empty() ? std::make_unique<ReplaySource>(std::move(recording)) : nullptr;
 }
 
 struct SourceRow {

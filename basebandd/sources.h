@@ -5,6 +5,7 @@
 #include <string>
 
 #include "basebandd/MetricSource.h"
+#include "platform/recording/PacedRecording.h"
 
 namespace quorin {
 
@@ -13,7 +14,7 @@ struct SourceOptions {
   std::string source = "simulator";
   std::uint64_t seed = 1;
   std::string recording;
-  std::optional<double> speed = 1.0;  // empty: as fast as it is read
+  Speed speed = 1.0;
   bool loop = false;
 };
 

@@ -58,7 +58,7 @@ class Session {
   Connection _control;
   Slot _ownerMatch;
   Slot _eventsCall;
-  Connection _peer;
+  PeerConnection _peer;
 };
 
 }  // namespace quorin::bus

@@ -33,7 +33,7 @@ Connection openBus(std::string& reason) {
   return nullptr;
 }
 
-Connection openPeer(Descriptor descriptor, bool server) {
+PeerConnection openPeer(Descriptor descriptor, bool server) {
   sd_bus* bus = nullptr;
   sd_id128_t id{};
   const int result =
@@ -42,8 +42,10 @@ Connection openPeer(Descriptor descriptor, bool server) {
              // Who holds the descriptor was let in on the bus; a socket pair's
              // credentials are its maker's on both ends and prove nothing.
              [&] { return sd_bus_set_anonymous(bus, 1); },
+             // Nor does the loop's end wait for the other end.
+             [&] { return sd_bus_set_close_on_exit(bus, 0); },
              [&] { return sd_bus_set_fd(bus, descriptor.get(), descriptor.get()); });
-  Connection connection(bus);
+  PeerConnection connection(bus);
   if (result < 0) return nullptr;
   (void)descriptor.take();  // the connection owns it now
   return sd_bus_start(bus) < 0 ? nullptr : std::move(connection);

@@ -18,7 +18,13 @@ struct Release {
   void operator()(sd_event_source* source) const { sd_event_source_disable_unref(source); }
 };
 
+/// Closes without flushing: a private connection's other end may have stopped reading for good.
+struct Cut {
+  void operator()(sd_bus* bus) const { sd_bus_close_unref(bus); }
+};
+
 using Connection = std::unique_ptr<sd_bus, Release>;
+using PeerConnection = std::unique_ptr<sd_bus, Cut>;
 using Message = std::unique_ptr<sd_bus_message, Release>;
 using Slot = std::unique_ptr<sd_bus_slot, Release>;
 using EventLoop = std::unique_ptr<sd_event, Release>;
@@ -55,6 +61,6 @@ class Descriptor {
 [[nodiscard]] Connection openBus(std::string& reason);
 
 /// One end of a private connection over this descriptor. Null when that fails.
-[[nodiscard]] Connection openPeer(Descriptor descriptor, bool server);
+[[nodiscard]] PeerConnection openPeer(Descriptor descriptor, bool server);
 
 }  // namespace quorin::bus

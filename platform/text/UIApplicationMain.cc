@@ -29,19 +29,11 @@ struct Options {
   bool quiet = false;
 };
 
-/// Empty: as fast as it is taken. False when the text is no speed.
-bool readSpeed(const std::string& text, std::optional<double>& speed) {
-  if (text == "max") return true;
-  char* end = nullptr;
-  speed = std::strtod(text.c_str(), &end);
-  return end != text.c_str() && *end == '\0' && *speed > 0 && *speed <= 1e6;
-}
-
 void addTo(CLI::App& app, Options& options) {
   app.add_option("--recording", options.recording, "Recording to play instead of a modem");
   app.add_option("--speed", options.speed, "How many times faster than recorded, or max")
       ->check([](const std::string& text) {
-        std::optional<double> speed;
+        Speed speed;
         return readSpeed(text, speed) ? "" : "'" + text + "' is no speed: a number above 0, or max";
       });
   app.add_option("--seconds", options.seconds, "End after so many seconds")
@@ -99,12 +91,12 @@ class TextApplication {
  private:
   bool openRecording() {
     if (_options.recording.empty()) return bus::install(), true;
-    std::optional<double> speed;
+    Speed speed;
     (void)readSpeed(_options.speed, speed);
     _service.install();
     _player.emplace(_options.recording, speed, _service);
-    if (_player->error().empty()) return true;
-    std::cerr << "quorin: " << _player->error() << '\n';
+    if (_player->recording().error().empty()) return true;
+    std::cerr << "quorin: " << _player->recording().error() << '\n';
     return false;
   }
 
@@ -127,7 +119,7 @@ class TextApplication {
   void play() {
     if (!_player) return;
     _player->step();
-    for (const std::string& line : _player->unreadableLines()) {
+    for (const std::string& line : _player->recording().unreadableLines()) {
       std::cerr << "quorin: " << line << '\n';
       _unreadable = true;
     }

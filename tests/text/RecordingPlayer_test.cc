@@ -75,14 +75,40 @@ TEST(RecordingPlayer, PlaysAsFastAsItIsTakenAndNamesUnreadableLines) {
   RecordingPlayer player(played.path, std::nullopt, played.service);
   EXPECT_THAT(played.step(player), ElementsAre("01", "02", "03"));
   EXPECT_TRUE(player.isOver());
-  EXPECT_THAT(player.unreadableLines(), ElementsAre(played.path + ":4: not JSON"));
-  EXPECT_THAT(player.unreadableLines(), IsEmpty());
+  EXPECT_THAT(player.recording().unreadableLines(), ElementsAre(played.path + ":4: not JSON"));
+  EXPECT_THAT(player.recording().unreadableLines(), IsEmpty());
+}
+
+TEST(PacedRecording, StartsOverWhereItEnded) {
+  Played played(kThree);
+  PacedRecording recording(played.path, 1.0, /*loop=*/true, Milliseconds{100});
+  std::vector<std::int64_t> due;
+  for (int i = 0; i < 6; ++i) {
+    due.push_back(recording.next()->count());
+    (void)recording.take();
+  }
+  EXPECT_THAT(due, ElementsAre(100, 600, 2100, 2100, 2600, 4100));
+}
+
+TEST(PacedRecording, WithoutEventsIsOverEvenWhenItLoops) {
+  Played played("nonsense\n");
+  EXPECT_EQ(PacedRecording(played.path, 1.0, true, Milliseconds{0}).next(), std::nullopt);
+}
+
+TEST(Speed, IsANumberAboveZeroOrMax) {
+  Speed speed;
+  EXPECT_TRUE(readSpeed("max", speed));
+  EXPECT_EQ(speed, std::nullopt);
+  EXPECT_TRUE(readSpeed("2.5", speed));
+  EXPECT_EQ(speed, 2.5);
+  for (const char* text : {"", "0", "-1", "x", "1x", "1e7", "nan"})
+    EXPECT_FALSE(readSpeed(text, speed)) << text;
 }
 
 TEST(RecordingPlayer, TellsWhyAFileCannotBePlayed) {
   Loopback service;
   RecordingPlayer player("/nonexistent", 1.0, service);
-  EXPECT_EQ(player.error(), "/nonexistent: No such file or directory");
+  EXPECT_EQ(player.recording().error(), "/nonexistent: No such file or directory");
   EXPECT_TRUE(player.isOver());
 }
 
