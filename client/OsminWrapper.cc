@@ -33,7 +33,8 @@ constexpr EventKind kEventKinds[] = {
 }  // namespace
 
 const std::shared_ptr<OsminWrapper>& OsminWrapper::sharedInstance() {
-  static std::shared_ptr<OsminWrapper> shared;
+  // Never destroyed: its queue works until the process ends.
+  static auto& shared = *new std::shared_ptr<OsminWrapper>;
   if (!shared) {
     shared = std::make_shared<OsminWrapper>();
     shared->init();

@@ -21,7 +21,7 @@ std::string hexadecimal(std::int64_t id) {
 }  // namespace
 
 const std::shared_ptr<MetricValidator>& MetricValidator::sharedInstance() {
-  static std::shared_ptr<MetricValidator> shared;
+  static auto& shared = *new std::shared_ptr<MetricValidator>;  // lives until the process ends
   if (!shared) {
     shared = std::make_shared<MetricValidator>();
     shared->init();

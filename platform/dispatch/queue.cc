@@ -106,7 +106,8 @@ void MainQueue::setWakeUp(std::function<void()> wakeUp) {
 }
 
 MainQueue& dispatch_get_main_queue() {
-  static MainQueue queue;
+  // Never destroyed: other threads post until the process ends.
+  static MainQueue& queue = *new MainQueue;
   return queue;
 }
 

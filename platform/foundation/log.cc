@@ -20,13 +20,14 @@ void writeLine(std::FILE* file, std::string_view line) {
   std::fwrite(whole.data(), 1, whole.size(), file);
 }
 
+// Never destroyed: other threads log until the process ends.
 LogSink& systemSink() {
-  static LogSink sink = systemLoggerSink();
+  static LogSink& sink = *new LogSink(systemLoggerSink());
   return sink;
 }
 
 LogSink& printSink() {
-  static LogSink sink = standardOutputSink();
+  static LogSink& sink = *new LogSink(standardOutputSink());
   return sink;
 }
 
