@@ -71,6 +71,13 @@ def the_application_starts_up_in_order_and_shows_every_metric():
         check(f"{key}: {got.get(key)} instead of {expected[key]}", got.get(key) == expected[key])
 
 
+def the_application_ends_in_order_while_events_flow():
+    with PrivateBus(BIN) as bus:
+        bus.service(*REPLAY, "--speed", "max", "--loop")
+        ended = bus.run("quorin-terminal", "--seconds", "1", "--quiet", "--pages", "LTE NAS")
+        check(f"it ends with 0: {ended.stderr[-2000:]}", ended.returncode == 0)
+
+
 def a_refused_configuration_stops_the_start_up():
     with PrivateBus(BIN) as bus:
         bus.service(*REPLAY)
@@ -183,6 +190,7 @@ def wrong_use_is_one_clear_line():
 
 
 for test in [the_application_starts_up_in_order_and_shows_every_metric,
+             the_application_ends_in_order_while_events_flow,
              a_refused_configuration_stops_the_start_up, without_a_service_commands_fail_at_once,
              events_flow_again_after_the_service_was_killed, a_slow_client_costs_the_others_nothing,
              malformed_calls_change_nothing, a_recording_can_be_made_and_handed_back,
