@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "basebandd/ReplaySource.h"
+#include "basebandd/SimulatorSource.h"
 
 namespace quorin {
 
@@ -17,12 +18,18 @@ Made replay(const SourceOptions& options, std::string& reason) {
   return reason.empty() ? std::make_unique<ReplaySource>(std::move(recording)) : nullptr;
 }
 
+Made simulator(const SourceOptions& options, std::string& /*reason*/) {
+  return std::make_unique<SimulatorSource>(options.seed, currentClock().sinceEpoch(),
+                                           currentClock().uptime());
+}
+
 struct SourceRow {
   std::string_view name;
   Made (*make)(const SourceOptions& options, std::string& reason);
 };
 
 constexpr SourceRow kSources[] = {
+    {"simulator", simulator},
     {"replay", replay},
 };
 
