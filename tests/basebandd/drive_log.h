@@ -4,11 +4,9 @@
 
 #include <functional>
 #include <map>
-#include <optional>
 #include <vector>
 
 #include "basebandd/SimulatorSource.h"
-#include "messages/gsm/KCellularGsmScellInfo.h"
 #include "messages/lte/KCellularLteCarrierAggregationStatus.h"
 #include "messages/lte/KCellularLteComponentCarrierInfo.h"
 #include "messages/lte/KCellularLteNbrEutraCellMeas.h"
@@ -69,8 +67,7 @@ class Picture {
 void walk(const std::vector<LoggedMetric>& drive,
           const std::function<void(const LoggedMetric&, const Picture& before)>& each);
 
-/// Calls `each` once per moment at which something came, with the picture after all of it, and
-/// whether LTE is the technology in use.
+/// Calls `each` once per moment at which something came, with the picture after all of it.
 void walkMoments(const std::vector<LoggedMetric>& drive,
                  const std::function<void(std::int64_t t, const Picture& picture)>& each);
 

@@ -4,7 +4,6 @@
 
 #include "basebandd/simulator/Carrier.h"
 #include "messages/nas/KCellularMmCommonInfo.h"
-#include "messages/umts/KCellularWcdmaCellInfo.h"
 #include "messages/umts/KCellularWcdmaRrcConnectionState.h"
 #include "tests/basebandd/drive_log.h"
 

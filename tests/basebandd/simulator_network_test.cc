@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <optional>
 #include <set>
 
 #include "messages/lte/KCellularLteCdrxConfig.h"
@@ -7,7 +8,6 @@
 #include "messages/nas/KCellularMmCommonInfo.h"
 #include "messages/nas/KCellularMmContext.h"
 #include "messages/nas/KCellularSimCardFiles.h"
-#include "messages/umts/KCellularWcdmaCellInfo.h"
 #include "tests/basebandd/drive_log.h"
 
 // Connection, registration, carriers, bearers and card of the simulated modem, read from what comes

@@ -163,7 +163,8 @@ class Picture:
 
 
 def spans(changes, last):
-    """(second, value…) changes as (from, to, value…)."""
+    """(second, value…) changes as (from, to, value…); what stays the same is one span."""
+    changes = [c for i, c in enumerate(changes) if i == 0 or c[1:] != changes[i - 1][1:]]
     for i, change in enumerate(changes):
         yield (change[0], changes[i + 1][0] if i + 1 < len(changes) else last) + change[1:]
 
@@ -182,7 +183,7 @@ def draw(drive, first, last):
         if name:
             picture.box(begin, end, BAND_Y, BAND_H, COLOURS[name])
     for i, key in enumerate(sorted(drive.neighbours)):
-        picture.line(drive.neighbours[key], NEIGHBOUR_COLOURS[i % len(NEIGHBOUR_COLOURS)], 0.7)
+        picture.line(drive.neighbours[key], NEIGHBOUR_COLOURS[i % len(NEIGHBOUR_COLOURS)], 0.9)
     for name, colour in COLOURS.items():
         picture.line([(s, v) for s, t, v in drive.serving if t == name], colour, 1.8)
     for second in drive.cell_changes:
@@ -202,7 +203,7 @@ def draw(drive, first, last):
     picture.text(LEFT - 8, BAND_Y + 12, "technology", "end")
     picture.text(LEFT - 8, RRC_Y + 9, "connected", "end")
     picture.text(LEFT - 8, CARRIER_Y + 34, "carriers", "end")
-    picture.text(LEFT - 8, LEVEL_Y - 6, "dBm", "end")
+    picture.text(LEFT + 4, LEVEL_Y + 22, "dBm")
     x = LEFT
     for name, colour in COLOURS.items():
         kind = {"LTE": "RSRP", "UMTS": "RSSI", "GSM": "RXLEV"}[name]
