@@ -222,6 +222,9 @@ Family familyOf(std::int64_t id) {
   return Family::lte;
 }
 
+// In this hour LTE is left by reselection, by handover and after a lost link.
+constexpr std::uint64_t kSeedOfAllWaysOut = 3;
+
 // (j)
 TEST(SimulatedMobility, OneTechnologyReportsAtATimeAndTheOldOneSaidWhyItLeft) {
   constexpr EnumTable kCauses = names::KLTE_RRC_CAUSE;
@@ -237,9 +240,10 @@ TEST(SimulatedMobility, OneTechnologyReportsAtATimeAndTheOldOneSaidWhyItLeft) {
   const std::set<std::int32_t> umtsCauses = {valueOf(names::KRRC_REL, "KRRC_REL_CELL_CHANGED"),
                                              valueOf(names::KRRC_REL, "KRRC_REL_NO_CELL")};
   std::map<std::pair<Family, Family>, int> changes;
+  std::set<std::int32_t> seen;
   Family last = Family::lte;
   bool hasLeft = true;
-  for (const LoggedMetric& metric : hourOfDrive()) {
+  for (const LoggedMetric& metric : hourOfDrive(kSeedOfAllWaysOut)) {
     const Family family = familyOf(metric.id);
     if (family == Family::common) continue;
     if (family != last) {
@@ -256,6 +260,7 @@ TEST(SimulatedMobility, OneTechnologyReportsAtATimeAndTheOldOneSaidWhyItLeft) {
       if (hasLeft && metric.t > 0) {
         ASSERT_TRUE(causes.contains(state->prevState())) << metric.t;
         EXPECT_EQ(state->cause(), causes.at(state->prevState())) << metric.t;
+        seen.insert(state->cause());
       }
     } else if (metric.id == K_UMTS_RRC_STATE) {
       const auto state = decodedAs<KCellularWcdmaRrcConnectionState>(metric.payload);
@@ -265,6 +270,7 @@ TEST(SimulatedMobility, OneTechnologyReportsAtATimeAndTheOldOneSaidWhyItLeft) {
       }
     }
   }
+  EXPECT_EQ(seen.size(), causes.size());
   EXPECT_GT((changes[{Family::lte, Family::umts}]), 0);
   EXPECT_GT((changes[{Family::umts, Family::gsm}]), 0);
   EXPECT_GT((changes[{Family::gsm, Family::umts}]), 0);
