@@ -37,7 +37,12 @@ void addTo(CLI::App& app, Options& options) {
         return readSpeed(text, speed) ? "" : "'" + text + "' is no speed: a number above 0, or max";
       });
   app.add_option("--seconds", options.seconds, "End after so many seconds")
-      ->check(CLI::PositiveNumber);
+      ->check([](const std::string& text) {
+        char* end = nullptr;
+        const double seconds = std::strtod(text.c_str(), &end);
+        const bool valid = end != text.c_str() && *end == '\0' && seconds > 0 && seconds <= 1e9;
+        return valid ? "" : "'" + text + "' is no number of seconds above 0";
+      });
   app.add_option("--pages", options.pages, "Pages to print, such as \"LTE RRC State\"; all without")
       ->delimiter(',');
   app.add_flag("--quiet", options.quiet, "Leave out the application's log lines");
