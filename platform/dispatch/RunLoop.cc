@@ -8,8 +8,8 @@ namespace quorin {
 
 namespace {
 
-/// How long the loop sleeps at most, so that a stop from a signal is seen.
-constexpr Milliseconds kLongestSleep{100};
+/// How long the loop sleeps when nothing is due; a post wakes it.
+constexpr Milliseconds kLongestSleep{60'000};
 
 }  // namespace
 

@@ -3,18 +3,12 @@
 #include <algorithm>
 
 #include "platform/foundation/log.h"
+#include "platform/screen/ScreenPage.h"
 #include "platform/text/columns.h"
 
 namespace quorin {
 
 namespace {
-
-std::string ageText(const LastReport& report) {
-  if (!report.uptime) return "never received";
-  const auto age =
-      std::chrono::duration_cast<std::chrono::seconds>(currentClock().uptime() - *report.uptime);
-  return "last report " + std::to_string(age.count()) + " s ago";
-}
 
 std::vector<std::string> rowTexts(UITableViewController& page) {
   std::vector<std::string> texts;

@@ -47,6 +47,7 @@ struct SectionContents {
   struct Row {
     std::string text;
     std::string detail;
+    Annotation annotation{};
     friend bool operator==(const Row&, const Row&) = default;
   };
   std::optional<std::string> header;

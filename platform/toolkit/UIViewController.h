@@ -77,6 +77,9 @@ class UITableViewController : public UIViewController {
   [[nodiscard]] virtual double estimatedHeightForRowAtIndexPath(UITableView& tableView,
                                                                 NSIndexPath indexPath);
 
+  /// An optional question of toolkits that explain what a row shows.
+  [[nodiscard]] virtual Annotation annotationForRowAtIndexPath(UITableView& tableView,
+                                                               NSIndexPath indexPath);
   /// An optional question of toolkits that tell a page's age. Empty: the page shows no metric.
   [[nodiscard]] virtual std::optional<LastReport> lastReport() const { return std::nullopt; }
 
