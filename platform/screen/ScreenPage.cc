@@ -82,6 +82,7 @@ void ScreenPage::takeOver(ScreenLine& now, std::size_t line) {
   if (shown.detail == now.detail && shown.annotation == now.annotation) return;
   shown.detail = std::move(now.detail);
   shown.annotation = std::move(now.annotation);
+  ++shown.changes;
   if (_observer) _observer->didChange(line);
 }
 
@@ -93,6 +94,7 @@ void ScreenPage::extendTrends() {
   _sampled = report->uptime;
   for (ScreenLine& line : _lines)
     if (const auto number = numberIn(line.detail)) line.trend.add({*_sampled, *number});
+  if (_observer) _observer->didExtendTrends();
 }
 
 void ScreenPage::setOpenLine(std::optional<std::size_t> opened) {
