@@ -51,7 +51,8 @@ std::vector<SectionContents> contentsOf(UITableViewController& page) {
     const std::ptrdiff_t rows = page.numberOfRowsInSection(table, section);
     for (std::ptrdiff_t row = 0; row < rows; ++row) {
       const Cell cell = page.cellForRowAtIndexPath(table, {section, row});
-      sections[i].rows.push_back({textOf(cell->textLabel()), textOf(cell->detailTextLabel())});
+      sections[i].rows.push_back({textOf(cell->textLabel()), textOf(cell->detailTextLabel()),
+                                  page.annotationForRowAtIndexPath(table, {section, row})});
       table.reuse(cell);
     }
   }

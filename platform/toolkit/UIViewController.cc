@@ -46,6 +46,11 @@ double UITableViewController::estimatedHeightForRowAtIndexPath(UITableView& /*ta
   return UITableView::kAutomaticDimension;
 }
 
+Annotation UITableViewController::annotationForRowAtIndexPath(UITableView& /*tableView*/,
+                                                              NSIndexPath /*indexPath*/) {
+  return {};
+}
+
 void UINavigationController::initWithNavigationBarClass(
     std::optional<std::string> navigationBarClass, std::optional<std::string> toolbarClass) {
   _navigationBarClass = std::move(navigationBarClass);
