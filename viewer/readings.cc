@@ -13,6 +13,12 @@ std::string text(double number) {
   return {digits, std::to_chars(std::begin(digits), std::end(digits), number).ptr};
 }
 
+/// As a page shows it: what the store multiplied always has a decimal.
+std::string shownAs(double number, bool isConverted) {
+  const std::string shown = text(number);
+  return isConverted && shown.find('.') == std::string::npos ? shown + ".0" : shown;
+}
+
 std::string twoParts(std::string_view first, std::uint32_t one, std::string_view second,
                      std::uint32_t other, std::string_view end = "") {
   return std::string(first) + " " + std::to_string(one) + ", " + std::string(second) + " " +
@@ -228,6 +234,8 @@ std::optional<std::uint32_t> wholeNumberIn(std::string_view value, double first,
   return static_cast<std::uint32_t>(*number);
 }
 
+constexpr double kMostChannel = 262143;  // of an EARFCN, the longest of the numbers
+
 struct MeaningUnder {
   std::string_view clause;
   std::string_view value;
@@ -245,11 +253,13 @@ struct MeaningUnder {
   }
   // One number may stand in two bands.
   std::optional<Meaning> operator()(ChannelRanges ranges) const {
+    const auto channel = wholeNumberIn(value, 0, kMostChannel);
+    if (!channel) return std::nullopt;
+    const int number = static_cast<int>(*channel);
     std::string frequencies;
     for (const ChannelRange& range : ranges)
-      if (const auto channel = wholeNumberIn(value, range.first, range.last))
-        frequencies +=
-            (frequencies.empty() ? "" : " or ") + frequency(range, static_cast<int>(*channel));
+      if (range.first <= number && number <= range.last)
+        frequencies += (frequencies.empty() ? "" : " or ") + frequency(range, number);
     if (frequencies.empty()) return std::nullopt;
     return Meaning{std::move(frequencies), clause};
   }
@@ -264,7 +274,7 @@ struct Samples {
   std::vector<std::string> operator()(const ReportMapping& report) const {
     std::vector<std::string> samples;
     for (const int index : {0, 1, report.last - 1, report.last})
-      samples.push_back(text(index * report.shownPerIndex));
+      samples.push_back(shownAs(index * report.shownPerIndex, report.shownPerIndex != 1));
     return samples;
   }
   std::vector<std::string> operator()(NamedValues names) const {
