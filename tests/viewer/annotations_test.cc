@@ -372,6 +372,18 @@ TEST(Readings, KnowEachOfTheirSamplesOnce) {
   }
 }
 
+TEST(Readings, KeepTheEarfcnsOfTheBandsApart) {
+  for (const Reading* reading : {&kEarfcnDownlink, &kEarfcnUplink}) {
+    int next = 0;
+    for (const ChannelRange& range : std::get<ChannelRanges>(reading->rule)) {
+      EXPECT_GE(range.first, next) << reading->title << ", " << range.band;
+      EXPECT_GE(range.last, range.first) << reading->title << ", " << range.band;
+      EXPECT_EQ(range.step, 1) << reading->title << ", " << range.band;
+      next = range.last + 1;
+    }
+  }
+}
+
 TEST(Readings, NameOnlyValuesThatTheMessagesHave) {
   std::set<std::string_view> names;
   for (const CatalogueRow& row : catalogue())
