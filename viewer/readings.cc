@@ -4,6 +4,8 @@
 #include <charconv>
 #include <cmath>
 
+#include "platform/platform.h"
+
 namespace quorin {
 
 namespace {
@@ -298,14 +300,6 @@ constexpr std::string_view kRrcMessages = "3GPP TS 36.331, 6.2.2";
 constexpr std::string_view kChannelBandwidth = "3GPP TS 36.101, 5.6";
 
 }  // namespace
-
-std::optional<double> numberIn(std::string_view value) {
-  double number = 0;
-  const char* const end = value.data() + value.size();
-  const auto read = std::from_chars(value.data(), end, number);
-  if (read.ec != std::errc() || read.ptr != end || !std::isfinite(number)) return std::nullopt;
-  return number;
-}
 
 std::optional<Meaning> meaningOf(const Reading& reading, std::string_view value) {
   return std::visit(MeaningUnder{reading.clause, value}, reading.rule);

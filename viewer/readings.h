@@ -64,9 +64,6 @@ struct Meaning {
   std::string_view clause;
 };
 
-/// The number that the whole text is, or empty.
-[[nodiscard]] std::optional<double> numberIn(std::string_view text);
-
 /// The meaning of a value as a page shows it; empty: the reading does not know it.
 [[nodiscard]] std::optional<Meaning> meaningOf(const Reading& reading, std::string_view value);
 

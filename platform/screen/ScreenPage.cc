@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/foundation/number.h"
+
 namespace quorin {
 
 namespace {

@@ -82,9 +82,6 @@ class UITableViewController : public UIViewController {
                                                                NSIndexPath indexPath);
   /// An optional question of toolkits that tell a page's age. Empty: the page shows no metric.
   [[nodiscard]] virtual std::optional<LastReport> lastReport() const { return std::nullopt; }
-  /// An optional question of toolkits that explain what a row shows.
-  [[nodiscard]] virtual Annotation annotationForRowAtIndexPath(UITableView& tableView,
-                                                               NSIndexPath indexPath);
 
   [[nodiscard]] UITableView& tableView() { return _tableView; }
   [[nodiscard]] UITableViewStyle style() const { return _style; }

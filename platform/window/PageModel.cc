@@ -48,9 +48,9 @@ PageModel::~PageModel() { _page.setObserver(nullptr); }
 
 QString PageModel::title() const { return text(_page.title()); }
 
-bool PageModel::leadsOn() const {
+bool PageModel::isMenu() const {
   const NSCoder* scene = _page.controller().scene();
-  return scene && !scene->segueTo.empty();
+  return scene && !scene->segueTo.empty() && scene->cell.style == CellStyle::basic;
 }
 
 int PageModel::headerOf(int line) const {
@@ -113,6 +113,8 @@ void PageModel::didMark(std::size_t line) {
 }
 
 void PageModel::didExtendTrends() {
+  ++_samples;
+  emit sampled();
   if (rowCount() > 0) emit dataChanged(index(0), index(rowCount() - 1), {trendSize});
 }
 

@@ -13,9 +13,11 @@ class PageModel final : public QAbstractListModel, private ScreenPageObserver {
   QML_ELEMENT
   QML_UNCREATABLE("made by the application")
   Q_PROPERTY(QString title READ title CONSTANT)
-  Q_PROPERTY(bool leadsOn READ leadsOn CONSTANT)
+  Q_PROPERTY(bool isMenu READ isMenu CONSTANT)
   Q_PROPERTY(QString age READ age NOTIFY ageChanged)
   Q_PROPERTY(int reloads READ reloads NOTIFY reloaded)
+  /// How often trends had a point more.
+  Q_PROPERTY(int samples READ samples NOTIFY sampled)
 
  public:
   enum Role {
@@ -36,10 +38,11 @@ class PageModel final : public QAbstractListModel, private ScreenPageObserver {
 
   [[nodiscard]] ScreenPage& page() const { return _page; }
   [[nodiscard]] QString title() const;
-  /// A row of it can be opened.
-  [[nodiscard]] bool leadsOn() const;
+  /// Its rows are only the way to other pages.
+  [[nodiscard]] bool isMenu() const;
   [[nodiscard]] QString age() const { return QString::fromStdString(_page.age()); }
   [[nodiscard]] int reloads() const { return _reloads; }
+  [[nodiscard]] int samples() const { return _samples; }
 
   /// The header of the section that the line is in, or -1.
   Q_INVOKABLE [[nodiscard]] int headerOf(int line) const;
@@ -57,6 +60,7 @@ class PageModel final : public QAbstractListModel, private ScreenPageObserver {
  signals:
   void ageChanged();
   void reloaded();
+  void sampled();
 
  private:
   void willRemove(std::size_t first, std::size_t count) override;
@@ -70,6 +74,7 @@ class PageModel final : public QAbstractListModel, private ScreenPageObserver {
 
   ScreenPage& _page;
   int _reloads = 0;
+  int _samples = 0;
 };
 
 }  // namespace quorin

@@ -25,7 +25,7 @@ Item {
         color: button.style.selected
         visible: tap.pressed || hover.hovered
     }
-    // Three dots, or two strokes that meet on the left.
+    // Three dots.
     Repeater {
         model: button.glyph === "menu" ? 3 : 0
         Rectangle {
@@ -36,16 +36,21 @@ Item {
             y: button.height / 2 - 2 + (index - 1) * 8
         }
     }
+    Chevron {
+        visible: button.glyph === "back"
+        style: button.style
+        pointsLeft: true
+        anchors.centerIn: parent
+    }
+    // A cross.
     Repeater {
-        model: button.glyph === "back" ? 2 : 0
+        model: button.glyph === "close" ? 2 : 0
         Rectangle {
             required property int index
-            width: 13; height: 2.2; radius: 1
+            width: button.style.textSize; height: 2; radius: 1
             color: button.style.text
             antialiasing: true
-            transformOrigin: Item.Left
-            x: button.width / 2 - 5
-            y: button.height / 2 - 1
+            anchors.centerIn: parent
             rotation: index ? 45 : -45
         }
     }

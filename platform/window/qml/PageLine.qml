@@ -17,7 +17,6 @@ Item {
 
     required property Style style
     required property PageModel page
-    required property bool leadsOn
     required property bool current
 
     signal pressed
@@ -25,9 +24,10 @@ Item {
     signal trendWanted
 
     readonly property bool hasTrend: trendSize > 1
-    readonly property string value: unit === "" ? detailText : detailText + " " + unit
+    readonly property string value: wrapping(unit === "" ? detailText : detailText + " " + unit)
     // Side by side where both fit, else the value stands below.
-    readonly property real room: width - 2 * style.gap
+    // A value far from its name is hard to follow with the eye.
+    readonly property real room: Math.min(width - 2 * style.gap, style.textSize * 46) - (page.isMenu ? style.textSize : 0)
     readonly property real trendRoom: hasTrend ? style.textSize * 4 + style.gap : 0
     readonly property bool beside: name.implicitWidth + shown.implicitWidth + style.gap + trendRoom <= room
 
@@ -82,13 +82,14 @@ Item {
     Item {
         id: texts
         visible: !row.isHeader
-        anchors { left: parent.left; right: parent.right; leftMargin: row.style.gap; rightMargin: row.style.gap; verticalCenter: parent.verticalCenter }
+        anchors { left: parent.left; leftMargin: row.style.gap; verticalCenter: parent.verticalCenter }
+        width: row.room
         height: (row.beside ? Math.max(name.height, shown.height) : name.height + shown.height) + explanation.height
 
         RowText {
             id: name
             style: row.style
-            text: row.isHeader ? "" : row.mainText
+            text: row.isHeader ? "" : row.wrapping(row.mainText)
             width: row.beside ? implicitWidth : parent.width - (row.detailText === "" ? 0 : row.trendRoom)
             color: row.detailText === "" ? row.style.text : row.style.quiet
         }
@@ -115,17 +116,26 @@ Item {
             color: row.style.quiet
         }
         Loader {
+            id: drawn
             active: row.hasTrend && !row.isHeader
             width: row.style.textSize * 4
             height: row.style.textSize * 1.3
-            x: row.beside ? shown.x - row.style.gap - width : parent.width - width
+            // Under one another where the texts leave room.
+            x: row.beside ? Math.max(name.width + row.style.gap, Math.min(parent.width * 0.6, shown.x - row.style.gap - width)) : parent.width - width
             sourceComponent: TrendLine {
                 page: row.page
                 line: row.index
-                revision: row.trendSize + row.page.reloads
+                revision: row.page.samples
                 color: row.style.accent
             }
         }
+    }
+
+    Chevron {
+        visible: row.page.isMenu
+        style: row.style
+        color: row.style.quiet
+        anchors { right: parent.right; rightMargin: row.style.gap; verticalCenter: parent.verticalCenter }
     }
 
     Rectangle {
@@ -138,8 +148,8 @@ Item {
     TapHandler {
         enabled: !row.isHeader
         onTapped: (point) => {
-            const trend = row.hasTrend && point.position.x > row.trendLeft() && point.position.x < row.trendLeft() + row.trendRoom;
-            if (trend)
+            const left = texts.x + drawn.x;
+            if (row.hasTrend && point.position.x > left && point.position.x < left + drawn.width)
                 row.trendWanted();
             else
                 row.pressed();
@@ -152,7 +162,8 @@ Item {
         onTapped: row.menuWanted()
     }
 
-    function trendLeft(): real {
-        return style.gap + (beside ? shown.x - trendRoom : room - trendRoom);
+    // Names may break behind an underscore.
+    function wrapping(text: string): string {
+        return text.replace(/_/g, "_\u200b");
     }
 }

@@ -89,7 +89,6 @@ Item {
             width: list.width
             style: view.style
             page: view.page
-            leadsOn: view.page.leadsOn
             current: list.currentIndex === index && list.activeFocus
             onPressed: view.press(index)
             onMenuWanted: { list.currentIndex = index; view.menuWanted(index); }

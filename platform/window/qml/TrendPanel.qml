@@ -63,7 +63,7 @@ Item {
             id: close
             style: panel.style
             name: "Close"
-            glyph: "back"
+            glyph: "close"
             anchors { right: parent.right; top: parent.top; verticalCenter: undefined }
             onPressed: panel.close()
         }
@@ -86,7 +86,7 @@ Item {
             id: large
             page: panel.page
             line: panel.line
-            revision: panel.page ? panel.page.reloads : 0
+            revision: panel.page ? panel.page.samples : 0
             color: panel.style.accent
             anchors { left: parent.left; right: parent.right; top: close.bottom; bottom: time.top; leftMargin: panel.style.textSize * 6; rightMargin: panel.style.gap; topMargin: panel.style.gap; bottomMargin: panel.style.gap }
             Rectangle { width: 1; height: parent.height; color: panel.style.line }
