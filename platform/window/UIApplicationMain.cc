@@ -2,26 +2,17 @@
 
 #include <CLI/CLI.hpp>
 #include <QGuiApplication>
-#include <QQmlApplicationEngine>
-#include <QQmlContext>
-#include <QQuickWindow>
 #include <cstdio>
 #include <cstdlib>
 
 #include "platform/foundation/log.h"
 #include "platform/launch/Launch.h"
-#include "platform/window/Appearance.h"
 #include "platform/window/MainLoop.h"
-#include "platform/window/StackModel.h"
-
-extern void qml_register_types_org_quorin_window();
+#include "platform/window/WindowScreen.h"
 
 namespace quorin {
 
 namespace {
-
-// The linker would leave out what registers the QML types, since only data names it.
-[[maybe_unused]] void (*volatile const kQmlTypes)() = qml_register_types_org_quorin_window;
 
 struct WindowArguments {
   std::string size;
@@ -43,6 +34,15 @@ void addTo(CLI::App& app, WindowArguments& arguments) {
       ->check(CLI::IsMember({"light", "dark"}));
   app.add_option("--text-scale", arguments.textScale, "How large text is, whatever the desktop says")
       ->check(CLI::Range(0.5, 3.0));
+}
+
+WindowLook lookOf(const WindowArguments& arguments) {
+  WindowLook look;
+  if (!arguments.size.empty())
+    std::sscanf(arguments.size.c_str(), "%dx%d", &look.size.rwidth(), &look.size.rheight());
+  if (!arguments.colors.empty()) look.dark = arguments.colors == "dark";
+  if (arguments.textScale > 0) look.textScale = arguments.textScale;
+  return look;
 }
 
 /// Ends the program with one line where Qt would abort, such as without a display.
@@ -77,25 +77,9 @@ int run(int& argc, char** argv, const LaunchArguments& launchArguments,
 
   UIApplication application(storyboard);
   application.launch(delegateClassName);
-  ScreenStack stack(application);
-  StackModel model(stack);
-  std::optional<bool> dark;
-  if (!arguments.colors.empty()) dark = arguments.colors == "dark";
-  Appearance appearance(dark, arguments.textScale > 0 ? std::optional(arguments.textScale)
-                                                      : std::nullopt);
-  QSize size(960, 720);
-  if (!arguments.size.empty())
-    std::sscanf(arguments.size.c_str(), "%dx%d", &size.rwidth(), &size.rheight());
-
   const MainLoop loop;
-  QQmlApplicationEngine engine;
-  engine.addImportPath("qrc:/");
-  engine.setInitialProperties({{"stack", QVariant::fromValue(&model)},
-                               {"appearance", QVariant::fromValue(&appearance)},
-                               {"width", size.width()},
-                               {"height", size.height()}});
-  engine.load(QUrl("qrc:/org/quorin/window/Main.qml"));
-  if (engine.rootObjects().isEmpty()) return 2;
+  const WindowScreen screen(application, lookOf(arguments));
+  if (!screen.window()) return 2;
   launch.start(/*endsWithRecording=*/false, [] { QGuiApplication::quit(); });
   const int status = QGuiApplication::exec();
   application.terminate();

@@ -68,6 +68,7 @@ Item {
         radius: menu.style.radius
         color: menu.style.surface
         border.color: menu.style.line
+        Accessible.ignored: !visible
         Accessible.role: Accessible.PopupMenu
         Accessible.name: "Menu"
 
@@ -83,6 +84,7 @@ Item {
                     width: column.width
                     height: menu.style.rowHeight
                     opacity: modelData.enabled ? 1 : 0.45
+                    Accessible.ignored: !visible
                     Accessible.role: Accessible.MenuItem
                     Accessible.name: modelData.name
                     Accessible.onPressAction: menu.choose(index)

@@ -15,6 +15,7 @@ Item {
     height: style.rowHeight
     anchors.verticalCenter: parent.verticalCenter
 
+    Accessible.ignored: !visible
     Accessible.role: Accessible.Button
     Accessible.name: name
     Accessible.onPressAction: button.pressed()

@@ -35,13 +35,14 @@ Item {
     z: index
     implicitHeight: isHeader ? header.implicitHeight + 1.5 * style.gap : Math.max(style.rowHeight, texts.height + style.gap)
 
+    Accessible.ignored: !visible
     Accessible.role: isHeader ? Accessible.Heading : Accessible.ListItem
     Accessible.name: mainText
     Accessible.description: isHeader ? "" : detailText
     Accessible.focusable: !isHeader
     Accessible.focused: current
     Accessible.selected: isOpen
-    Accessible.onPressAction: row.pressed()
+    Accessible.onPressAction: if (!isHeader) row.pressed()
 
     onChangesChanged: mark.restart()
     ListView.onPooled: mark.stop()

@@ -48,7 +48,7 @@ Item {
             font.pixelSize: view.style.titleSize
             font.bold: true
             anchors { left: back.visible ? back.right : parent.left; right: more.left; verticalCenter: parent.verticalCenter; leftMargin: back.visible ? 0 : view.style.gap }
-            Accessible.ignored: false
+            Accessible.ignored: !visible
             Accessible.role: Accessible.StaticText
             Accessible.name: text
         }
@@ -82,6 +82,7 @@ Item {
         currentIndex: -1
         Component.onCompleted: currentIndex = view.page.rowFrom(-1, 1)
 
+        Accessible.ignored: !visible
         Accessible.role: Accessible.List
         Accessible.name: view.page.title
 
@@ -125,7 +126,7 @@ Item {
         anchors.centerIn: list
         text: "No entries"
         color: view.style.quiet
-        Accessible.ignored: false
+        Accessible.ignored: !visible
         Accessible.role: Accessible.StaticText
         Accessible.name: text
     }
@@ -156,7 +157,7 @@ Item {
             font.pixelSize: view.style.smallSize
             color: view.style.quiet
             anchors { left: parent.left; right: parent.right; verticalCenter: parent.verticalCenter; margins: view.style.gap }
-            Accessible.ignored: text === ""
+            Accessible.ignored: !visible || text === ""
             Accessible.role: Accessible.StaticText
             Accessible.name: text
         }

@@ -48,6 +48,7 @@ Item {
         color: panel.style.surface
         border.color: panel.style.line
 
+        Accessible.ignored: !visible
         Accessible.role: Accessible.Chart
         Accessible.name: panel.name
         Accessible.description: "minimum " + panel.withUnit(large.minimum) + ", maximum " + panel.withUnit(large.maximum) + ", over " + Math.round(large.seconds) + " s"
