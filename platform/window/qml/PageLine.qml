@@ -18,10 +18,12 @@ Item {
     required property Style style
     required property PageModel page
     required property bool current
+    required property bool marking
 
     signal pressed
     signal menuWanted
     signal trendWanted
+    signal markMade
 
     readonly property bool hasTrend: trendSize > 1
     readonly property string value: wrapping(unit === "" ? detailText : detailText + " " + unit)
@@ -44,8 +46,14 @@ Item {
     Accessible.selected: isOpen
     Accessible.onPressAction: if (!isHeader) row.pressed()
 
-    onChangesChanged: mark.restart()
-    ListView.onPooled: mark.stop()
+    // A line that is made or made into another one has not changed.
+    property bool marked: false
+    property bool fresh: true
+    onChangesChanged: if (!fresh) { marked = true; markMade(); }
+    onMarkingChanged: if (!marking) marked = false
+    ListView.onPooled: { marked = false; fresh = true; }
+    ListView.onReused: fresh = false
+    Component.onCompleted: fresh = false
 
     Rectangle {
         anchors.fill: parent
@@ -53,19 +61,15 @@ Item {
         color: row.style.selected
     }
 
+    // A changed value stands out until the page's marks fade.
     Rectangle {
-        id: flash
         anchors.fill: parent
         color: row.style.mark
-        opacity: 0
-        NumberAnimation on opacity {
-            id: mark
-            running: false
-            from: 0.9
-            to: 0
-            duration: 1800
-            easing.type: Easing.InQuad
-            onStopped: flash.opacity = 0
+        opacity: row.marked ? 0.7 : 0
+        visible: opacity > 0
+        Behavior on opacity {
+            enabled: !row.marked
+            NumberAnimation { duration: row.style.quick }
         }
     }
 
