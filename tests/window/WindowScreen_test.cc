@@ -8,6 +8,7 @@
 
 #include "app/interface.h"
 #include "metrics/MetricValidator.h"
+#include "tests/support/intake.h"
 #include "tests/support/rig.h"
 #include "tests/support/sample_metrics.h"
 
@@ -187,6 +188,34 @@ TEST(WindowScreen, KeepsItsPlaceWhileRowsComeGoAndChange) {
   shown.clock.advance(Milliseconds{5000});
   shown.settle();
   EXPECT_EQ(shown.focused(), before);
+}
+
+/// The texts of the lines that are marked as changed.
+void collectMarked(QQuickItem& item, Lines& marked) {
+  if (item.property("marked").toBool())
+    marked.push_back(item.property("mainText").toString().toStdString());
+  for (QQuickItem* child : item.childItems()) collectMarked(*child, marked);
+}
+
+TEST(WindowScreen, MarksWhatChangedAndNothingElse) {
+  Windowed shown;
+  const auto report = [&](const char* fields) {
+    (void)MetricValidator::sharedInstance()->isMetricIDValidWithMetricdict(
+        eventWith(3952132, fields));
+  };
+  report("1:1500 4:10");
+  shown.openRow(1);
+  shown.openRow(1);
+  const auto markedAfterReload = [&] {
+    shown.clock.advance(Milliseconds{5000});
+    shown.settle();
+    Lines marked;
+    collectMarked(*shown.window()->contentItem(), marked);
+    return marked;
+  };
+  EXPECT_THAT(markedAfterReload(), IsEmpty());
+  report("1:1500 4:20");
+  EXPECT_THAT(markedAfterReload(), ElementsAre("prev_state_dur_ms"));
 }
 
 TEST(WindowScreen, ShowsTechnologyAndCategoryBesideTheFieldsWhereThereIsRoom) {

@@ -89,7 +89,8 @@ Item {
         visible: !row.isHeader
         anchors { left: parent.left; leftMargin: row.style.gap; verticalCenter: parent.verticalCenter }
         width: row.room
-        height: (row.beside ? Math.max(name.height, shown.height) : name.height + shown.height) + explanation.height
+        readonly property real shownHeight: shown.visible ? shown.implicitHeight : 0
+        height: (row.beside ? Math.max(name.implicitHeight, shownHeight) : name.implicitHeight + shownHeight) + (explanation.visible ? explanation.implicitHeight : 0)
 
         RowText {
             id: name
@@ -103,17 +104,15 @@ Item {
             style: row.style
             text: row.isHeader ? "" : row.value
             visible: text !== ""
-            height: visible ? implicitHeight : 0
             width: row.beside ? implicitWidth : parent.width
             x: row.beside ? parent.width - width : 0
-            y: row.beside ? 0 : name.height
+            y: row.beside ? 0 : name.implicitHeight
         }
         RowText {
             id: explanation
             style: row.style
             text: row.isHeader ? "" : row.meaning
             visible: text !== ""
-            height: visible ? implicitHeight : 0
             width: parent.width
             y: parent.height - height
             horizontalAlignment: row.beside ? Text.AlignRight : Text.AlignLeft
