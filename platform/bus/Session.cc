@@ -131,7 +131,8 @@ int Session::onEvent(sd_bus_message* message, void* session, sd_bus_error* /*err
   std::uint64_t sequence = 0;
   const char* kind = nullptr;
   if (sd_bus_message_read(message, "ts", &sequence, &kind) < 0) return 1;
-  const XpcRef event = readDictionary(message);
+  std::string reason;
+  const XpcRef event = readDictionary(message, reason);
   if (!event) return 1;
   if (sequence > self._lastSequence + 1) self._missed += sequence - self._lastSequence - 1;
   self._lastSequence = sequence;

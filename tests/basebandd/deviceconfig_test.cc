@@ -52,6 +52,8 @@ constexpr Refused kRefused[] = {
     {"[metrics]\nK_LTE_TX_POWER = 1000.0\n",
      "line 2: K_LTE_TX_POWER is neither \"on change\" nor a period in milliseconds"},
     {"[other]\n", "line 1: other is unknown; only [metrics] is read"},
+    {"[metrics]\nK_0123456789_0123456789_0123456789_0123456789_0123456789_0123456789_ = 1\n",
+     "line 2: K_0123456789_0123456789_0123456789_0123456789_0123456789_0123456... is no metric"},
     {"metrics = 1\n", "line 1: metrics is unknown; only [metrics] is read"},
 };
 
@@ -60,6 +62,31 @@ TEST(DeviceConfig, IsRefusedWithLineAndReason) {
     std::string reason;
     EXPECT_FALSE(readText(row.text, reason)) << row.text;
     EXPECT_EQ(reason, row.reason) << row.text;
+  }
+}
+
+TEST(DeviceConfig, HasALimitOfItsSize) {
+  std::string reason;
+  std::string text = std::string("[metrics]\nK_LTE_TX_POWER = 1000\n#");
+  text.resize(65'536, '-');
+  EXPECT_TRUE(readText(text, reason)) << reason;
+  EXPECT_FALSE(readText(text + "-", reason));
+  EXPECT_EQ(reason, "line 1: more than 65536 bytes");
+}
+
+TEST(DeviceConfig, ThatNestsWithoutEndIsRefused) {
+  const auto nested = [](std::string text, const char* deeper, int times) {
+    while (times-- > 0) text += deeper;
+    return text;
+  };
+  for (const std::string& text :
+       {nested("a", ".a", 1000) + "=1\n", nested("a", ".a", 30'000) + "=1",
+        nested("[a", ".a", 30'000) + "]\n", nested("a=", "[", 30'000), nested("a=", "{a=", 20'000),
+        nested("", "[[a]]\n", 9'000)}) {
+    std::string reason;
+    EXPECT_FALSE(readText(text, reason));
+    EXPECT_TRUE(reason.starts_with("line ")) << reason;
+    EXPECT_LT(reason.size(), 200U) << reason;
   }
 }
 
