@@ -14,7 +14,8 @@ std::optional<DeviceConfig> readText(std::string_view text, std::string& reason)
 TEST(DeviceConfig, NamesMetricsWithAPeriodOrOnChange) {
   std::string reason;
   const auto config = readText(
-      "# comment\n[metrics]\nK_LTE_RRC_STATE = \"on change\"\nK_LTE_TX_POWER = 1000\n", reason);
+      "# commentaire écrit\n[metrics]\nK_LTE_RRC_STATE = \"on change\"\nK_LTE_TX_POWER = 1000\n",
+      reason);
   ASSERT_TRUE(config) << reason;
   EXPECT_EQ(*config,
             (DeviceConfig{{K_LTE_RRC_STATE, std::nullopt}, {K_LTE_TX_POWER, Milliseconds{1000}}}));
@@ -94,6 +95,9 @@ TEST(DeviceConfig, ThatIsNoTomlIsRefusedWithItsLine) {
   std::string reason;
   EXPECT_FALSE(readText("[metrics]\nK_LTE_TX_POWER = = 5\n", reason));
   EXPECT_TRUE(reason.starts_with("line 2: ")) << reason;
+  EXPECT_FALSE(readText("[metrics]\nK_LTE_TX_POWER = 1000 \u00e9\n", reason));
+  for (const char* text : {"[[[", "[[.", "[", "a", "a.", ".a", "=", "a = {", "a = [", "'"})
+    EXPECT_FALSE(readText(text, reason)) << text;
   EXPECT_FALSE(readText(std::string_view("\xff\xfe\x00", 3), reason));
   EXPECT_TRUE(reason.starts_with("line 1: ")) << reason;
 }
