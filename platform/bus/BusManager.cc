@@ -2,7 +2,6 @@
 
 #include <sys/eventfd.h>
 
-#include <atomic>
 #include <future>
 #include <map>
 #include <mutex>
@@ -14,10 +13,6 @@
 namespace quorin::bus {
 
 namespace {
-
-/// Events on the queue at which reading stops, and at which it goes on.
-constexpr std::size_t kMostPending = 1024;
-constexpr std::size_t kFewPending = 256;
 
 /// An sd-event loop on a thread of its own, and work posted to it.
 class LoopThread {
@@ -71,14 +66,40 @@ class LoopThread {
   std::thread _thread;
 };
 
-class BusManager final : public osmin::client::Manager,
-                         public std::enable_shared_from_this<BusManager> {
+/// The handlers of each event kind. Any thread.
+class Handlers {
+ public:
+  void set(const std::string& kind, osmin::EventHandler handler) {
+    const std::lock_guard lock(_mutex);
+    _handlers[kind] = std::make_shared<osmin::EventHandler>(std::move(handler));
+  }
+  void run(const std::string& kind, const XpcRef& event) {
+    if (const auto handler = find(kind)) (*handler)(event.get(), nullptr);
+  }
+
+ private:
+  std::shared_ptr<osmin::EventHandler> find(const std::string& kind) {
+    const std::lock_guard lock(_mutex);
+    const auto found = _handlers.find(kind);
+    return found == _handlers.end() ? nullptr : found->second;
+  }
+
+  std::mutex _mutex;
+  std::map<std::string, std::shared_ptr<osmin::EventHandler>> _handlers;
+};
+
+// Events are read on the handlers' own queue: a handler that takes its time holds the reading back,
+// and the service sees the connection full.
+class BusManager final : public osmin::client::Manager {
  public:
   explicit BusManager(dispatch_queue_t queue)
-      : _queue(std::move(queue)),
-        _session(std::make_unique<Session>(
-            _thread.loop(), [this](std::uint64_t /*sequence*/, const std::string& kind,
-                                   const XpcRef& event) { deliver(kind, event); })) {
+      : _session(std::make_unique<Session>(
+            _thread.loop(),
+            [handlers = _handlers, runs = queue != nullptr](
+                std::uint64_t /*sequence*/, const std::string& kind, const XpcRef& event) {
+              if (runs) handlers->run(kind, event);
+            },
+            queue)) {
     _thread.start();
   }
   // The session's connections belong to the loop's thread until that has ended.
@@ -99,8 +120,7 @@ class BusManager final : public osmin::client::Manager,
   }
 
   void registerHandler(const std::string& event, osmin::EventHandler handler) override {
-    const std::lock_guard lock(_mutex);
-    _handlers[event] = std::make_shared<osmin::EventHandler>(std::move(handler));
+    _handlers->set(event, std::move(handler));
   }
 
   void eventsOff() override {
@@ -111,28 +131,7 @@ class BusManager final : public osmin::client::Manager,
   }
 
  private:
-  void deliver(const std::string& kind, const XpcRef& event) {
-    std::shared_ptr<osmin::EventHandler> handler;
-    {
-      const std::lock_guard lock(_mutex);
-      const auto found = _handlers.find(kind);
-      if (found == _handlers.end() || !_queue) return;
-      handler = found->second;
-    }
-    if (++*_pending >= kMostPending) _session->setReading(false);
-    dispatch_async(*_queue, [weak = weak_from_this(), handler, event, pending = _pending] {
-      (*handler)(event.get(), nullptr);
-      if (--*pending != kFewPending) return;
-      if (const auto self = weak.lock())
-        self->_thread.post([raw = self.get()] { raw->_session->setReading(true); });
-    });
-  }
-
-  dispatch_queue_t _queue;
-  std::mutex _mutex;
-  std::map<std::string, std::shared_ptr<osmin::EventHandler>> _handlers;
-  std::shared_ptr<std::atomic<std::size_t>> _pending =
-      std::make_shared<std::atomic<std::size_t>>(0);
+  std::shared_ptr<Handlers> _handlers = std::make_shared<Handlers>();
   LoopThread _thread;
   std::unique_ptr<Session> _session;
 };

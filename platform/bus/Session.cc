@@ -9,9 +9,6 @@ namespace quorin::bus {
 
 namespace {
 
-/// Events read in a row, so that commands are answered in between.
-constexpr int kMostAtOnce = 64;
-
 struct PendingCommand {
   Session::Reply reply;
 };
@@ -89,7 +86,8 @@ void Session::eventsOn() {
 void Session::eventsOff() {
   _wantsEvents = false;
   _eventsCall = nullptr;
-  _peer = nullptr;
+  _reading = nullptr;
+  _stream = nullptr;
   if (_control)
     (void)sd_bus_call_method_async(_control.get(), nullptr, kName, kPath, kInterface, kEventsOff,
                                    nullptr, nullptr, nullptr);
@@ -102,15 +100,15 @@ int Session::onEventsReply(sd_bus_message* message, void* session, sd_bus_error*
       sd_bus_message_read(message, "h", &fd) < 0)
     return 1;
   // The message closes its own descriptor.
-  self._peer = openPeer(Descriptor(fcntl(fd, F_DUPFD_CLOEXEC, 3)), /*server=*/false);
-  self._lastSequence = 0;
-  if (!self._peer) return 1;
-  (void)sd_bus_add_filter(self._peer.get(), nullptr, onEvent, session);
-  sd_event_source* after = nullptr;
-  (void)sd_event_add_post(self._loop, &after, afterEach, session);
-  self._afterEach.reset(after);
-  if (self._reading)
-    (void)sd_bus_attach_event(self._peer.get(), self._loop, SD_EVENT_PRIORITY_NORMAL);
+  const auto stream = std::make_shared<EventStream>(
+      openPeer(Descriptor(fcntl(fd, F_DUPFD_CLOEXEC, 3)), /*server=*/false), self._sink);
+  if (!stream->connection()) return 1;
+  if (self._queue)
+    self._reading = dispatch_source_create(*self._queue, sd_bus_get_fd(stream->connection()),
+                                           [stream] { return stream->read(); });
+  else
+    (void)sd_bus_attach_event(stream->connection(), self._loop, SD_EVENT_PRIORITY_NORMAL);
+  self._stream = stream;
   return 1;
 }
 
@@ -129,42 +127,6 @@ void Session::configureAgain() {
   if (_configuration)
     perform(osmin::kCommandAddConfiguration, _configuration, [](const osmin::CommandResult&) {});
   if (_wantsEvents) eventsOn();
-}
-
-int Session::onEvent(sd_bus_message* message, void* session, sd_bus_error* /*error*/) {
-  auto& self = *static_cast<Session*>(session);
-  if (!sd_bus_message_is_signal(message, kEventsInterface, kEventSignal)) return 0;
-  std::uint64_t sequence = 0;
-  const char* kind = nullptr;
-  if (sd_bus_message_read(message, "ts", &sequence, &kind) < 0) return 1;
-  std::string reason;
-  const XpcRef event = readDictionary(message, reason);
-  if (!event) return 1;
-  if (sequence > self._lastSequence + 1) self._missed += sequence - self._lastSequence - 1;
-  self._lastSequence = sequence;
-  self._sink(sequence, kind, event);
-  return 1;
-}
-
-// What has come is read without waiting for each event anew.
-int Session::afterEach(sd_event_source* /*source*/, void* session) {
-  auto& self = *static_cast<Session*>(session);
-  int exitCode = 0;
-  for (int i = 0; i < kMostAtOnce && self._peer && self._reading &&
-                  sd_event_get_exit_code(self._loop, &exitCode) < 0;
-       ++i)
-    if (sd_bus_process(self._peer.get(), nullptr) <= 0) break;
-  return 0;
-}
-
-void Session::setReading(bool reading) {
-  if (_reading == reading) return;
-  _reading = reading;
-  if (!_peer) return;
-  if (reading)
-    (void)sd_bus_attach_event(_peer.get(), _loop, SD_EVENT_PRIORITY_NORMAL);
-  else
-    (void)sd_bus_detach_event(_peer.get());
 }
 
 }  // namespace quorin::bus

@@ -4,21 +4,23 @@
 #include <string>
 
 #include "platform/baseband/osmin.h"
-#include "platform/bus/handles.h"
+#include "platform/bus/EventStream.h"
 
 namespace quorin::bus {
 
 /// One client's session with the service, on one event loop and its thread. Commands go over the
-/// bus; events come over a private connection. When the service comes back after it was gone, the
-/// session pushes the last accepted configuration again and switches events on, if they were.
+/// bus; events come over a private connection, which is read on a queue, or without one on the
+/// loop. When the service comes back after it was gone, the session pushes the last accepted
+/// configuration again and switches events on, if they were.
 class Session {
  public:
-  using EventSink =
-      std::function<void(std::uint64_t sequence, const std::string& kind, const XpcRef& event)>;
+  using EventSink = EventStream::Sink;
   using Reply = std::function<void(const osmin::CommandResult& result)>;
 
+  /// Events go to the sink on the queue, also one that was being read when events went off.
   /// Requires: the loop outlives the session.
-  Session(sd_event* loop, EventSink sink) : _loop(loop), _sink(std::move(sink)) {}
+  Session(sd_event* loop, EventSink sink, dispatch_queue_t queue = nullptr)
+      : _loop(loop), _sink(std::move(sink)), _queue(std::move(queue)) {}
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
 
@@ -30,12 +32,6 @@ class Session {
   void eventsOn();
   void eventsOff();
 
-  /// Whether events are read as they come; while they are not, the service holds them back.
-  void setReading(bool reading);
-
-  /// Events that the service left out, as gaps in the sequence tell.
-  [[nodiscard]] std::uint64_t missed() const { return _missed; }
-
   /// The connection to the bus, for calls beyond the client library's. Null before `connect`.
   [[nodiscard]] sd_bus* control() const { return _control.get(); }
 
@@ -43,24 +39,20 @@ class Session {
   static int onReply(sd_bus_message* message, void* pending, sd_bus_error* error);
   static int onEventsReply(sd_bus_message* message, void* session, sd_bus_error* error);
   static int onOwnerChanged(sd_bus_message* message, void* session, sd_bus_error* error);
-  static int onEvent(sd_bus_message* message, void* session, sd_bus_error* error);
-  static int afterEach(sd_event_source* source, void* session);
 
   void configureAgain();
 
   sd_event* _loop;
   EventSink _sink;
+  dispatch_queue_t _queue;
   XpcRef _configuration;  // the last that the service accepted
   bool _wantsEvents = false;
-  bool _reading = true;
-  std::uint64_t _lastSequence = 0;
-  std::uint64_t _missed = 0;
   // Declared last: they go first, while what their callbacks reach still lives.
   Connection _control;
   Slot _ownerMatch;
   Slot _eventsCall;
-  EventSource _afterEach;
-  PeerConnection _peer;
+  std::shared_ptr<EventStream> _stream;
+  dispatch_source_t _reading;
 };
 
 }  // namespace quorin::bus

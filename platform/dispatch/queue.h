@@ -10,6 +10,13 @@
 
 namespace quorin {
 
+/// What comes after reading a descriptor: waiting for more, going on at once, or nothing.
+enum class AfterRead { wait, goOn, end };
+
+/// Runs its work while a descriptor can be read, until it is given back. Any thread; a run that has
+/// begun goes on.
+using dispatch_source_t = std::shared_ptr<void>;
+
 /// Work that is run one piece after the other, in the order in which it was posted. Posting is for
 /// any thread.
 class DispatchQueue {
@@ -23,6 +30,8 @@ class DispatchQueue {
 
   [[nodiscard]] const std::string& label() const { return _label; }
   virtual void post(Work work) = 0;
+  /// Requires: a queue with a thread of its own.
+  [[nodiscard]] virtual dispatch_source_t readable(int descriptor, std::function<AfterRead()> work);
 
  private:
   std::string _label;
@@ -39,6 +48,13 @@ using dispatch_group_t = std::shared_ptr<void>;
 
 inline void dispatch_async(DispatchQueue& queue, DispatchQueue::Work work) {
   queue.post(std::move(work));
+}
+
+/// Runs the work on the queue while the descriptor can be read, between the pieces that are posted.
+/// Requires: a queue with a thread of its own; the descriptor stays open until the source ends.
+[[nodiscard]] inline dispatch_source_t dispatch_source_create(DispatchQueue& queue, int descriptor,
+                                                              std::function<AfterRead()> work) {
+  return queue.readable(descriptor, std::move(work));
 }
 
 /// Returns once everything posted to the queue before has run. Requires: not called on the queue.

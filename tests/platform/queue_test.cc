@@ -1,5 +1,7 @@
 #include "platform/dispatch/queue.h"
 
+#include <unistd.h>
+
 #include <atomic>
 #include <future>
 #include <vector>
@@ -72,6 +74,102 @@ TEST(SerialQueue, TakesWorkFromItsOwnWork) {
   dispatch_async(*queue, [&] { dispatch_async(*queue, [&] { done.set_value(); }); });
   done.get_future().wait();
   waitUntilDone(*queue);
+}
+
+/// Both ends of a pipe.
+struct Pipe {
+  Pipe() { EXPECT_EQ(pipe(ends), 0); }
+  ~Pipe() {
+    close(ends[0]);
+    close(ends[1]);
+  }
+  void write(std::string_view text) {
+    EXPECT_EQ(::write(ends[1], text.data(), text.size()), std::ssize(text));
+  }
+  char read() {
+    char c = 0;
+    EXPECT_EQ(::read(ends[0], &c, 1), 1);
+    return c;
+  }
+  int ends[2];
+};
+
+TEST(SerialQueue, ReadsADescriptorBetweenThePiecesThatArePosted) {
+  Pipe pipe;
+  std::string read;
+  std::thread::id reader;
+  std::promise<void> all;
+  const dispatch_queue_t queue = dispatch_queue_create("q");
+  const auto source = dispatch_source_create(*queue, pipe.ends[0], [&] {
+    read += pipe.read();
+    reader = std::this_thread::get_id();
+    if (read.size() == 4) all.set_value();
+    return AfterRead::wait;
+  });
+  pipe.write("ab");
+  std::thread::id poster;
+  dispatch_async(*queue, [&] { poster = std::this_thread::get_id(); });
+  waitUntilDone(*queue);
+  pipe.write("cd");
+  all.get_future().wait();
+  waitUntilDone(*queue);
+  EXPECT_EQ(read, "abcd");
+  EXPECT_EQ(reader, poster);
+}
+
+TEST(SerialQueue, ReadsOnWithoutTheDescriptorWhereThereIsMore) {
+  Pipe pipe;
+  int runs = 0;
+  std::promise<void> done;
+  const dispatch_queue_t queue = dispatch_queue_create("q");
+  const auto source = dispatch_source_create(*queue, pipe.ends[0], [&] {
+    if (++runs == 1) (void)pipe.read();
+    if (runs < 3) return AfterRead::goOn;
+    done.set_value();
+    return AfterRead::end;
+  });
+  pipe.write("a");
+  done.get_future().wait();
+  pipe.write("b");
+  waitUntilDone(*queue);
+  EXPECT_EQ(runs, 3) << "an ended source reads no more";
+}
+
+TEST(SerialQueue, ReadsNoMoreOnceTheSourceIsGivenBack) {
+  Pipe pipe;
+  std::atomic<int> runs = 0;
+  const dispatch_queue_t queue = dispatch_queue_create("q");
+  auto held = std::make_shared<int>(1);
+  const std::weak_ptr<int> alive = held;
+  auto source = dispatch_source_create(*queue, pipe.ends[0], [&runs, held = std::move(held)] {
+    ++runs;
+    return AfterRead::wait;
+  });
+  waitUntilDone(*queue);
+  source = nullptr;
+  waitUntilDone(*queue);
+  pipe.write("a");
+  waitUntilDone(*queue);
+  EXPECT_EQ(runs, 0);
+  waitUntilDone(*queue);
+  EXPECT_TRUE(alive.expired());
+}
+
+TEST(SerialQueue, MayBeGivenBackByWhatItReads) {
+  Pipe pipe;
+  auto queue = dispatch_queue_create("q");
+  const std::weak_ptr<DispatchQueue> alive = queue;
+  std::promise<void> ended;
+  DispatchQueue& running = *queue;
+  dispatch_source_t source;
+  source = dispatch_source_create(running, pipe.ends[0], [&, held = std::move(queue)]() mutable {
+    held = nullptr;
+    ended.set_value();
+    return AfterRead::end;
+  });
+  pipe.write("a");
+  ended.get_future().wait();
+  EXPECT_TRUE(alive.expired());
 }
 
 TEST(MainQueue, RunsPendingWorkInOrderAndNotWhatThatPosts) {
