@@ -59,14 +59,14 @@ endmacro()
 
 quorin_package(common quorin-common ARCHITECTURE all DESCRIPTION
 "files that quorin's viewers share
-The metric configuration that a viewer asks the baseband-manager service for, and a sample recording
-of a drive.")
+The metric configuration that a viewer asks the baseband-manager service for,
+and a sample recording of a drive.")
 
 quorin_package(terminal quorin-terminal PROGRAMS quorin-terminal COMPONENTS common
   SUGGESTS quorin-service DESCRIPTION
 "diagnostics of a cellular modem, in a terminal
-Walks from radio technology to category to fields and shows what the modem is doing now: in the whole
-terminal, or printed as text where there is none. Plays recordings, too.")
+Shows the pages of each radio technology and category, as the modem reports
+them now, as text. Plays recordings, too.")
 
 if(TARGET quorin)
   # What the window loads at run time and dpkg-shlibdeps cannot see.
@@ -76,22 +76,24 @@ if(TARGET quorin)
   quorin_package(window quorin PROGRAMS quorin COMPONENTS common DEPENDS ${rows}
     SUGGESTS quorin-service DESCRIPTION
 "diagnostics of a cellular modem, in a window
-Walks from radio technology to category to fields and shows what the modem is doing now: in three
-columns on a desktop, one page at a time on a phone. Plays recordings, too.")
+Walks from radio technology to category to fields and shows what the modem is
+doing now: in three columns on a desktop, one page at a time on a phone. Plays
+recordings, too.")
 endif()
 
 quorin_package(service quorin-service PROGRAMS basebandd DEPENDS
   "default-dbus-system-bus | dbus-system-bus"
   "systemd | systemd-standalone-sysusers | systemd-sysusers" DESCRIPTION
 "baseband-manager service
-Gives the metrics of a cellular modem to any number of clients over the system bus, which starts it
-when one asks. Its sources are a simulated drive, the one it starts with, and recordings. Who may ask
-is in the group baseband.")
+Gives the metrics of a cellular modem to any number of clients over the system
+bus, which starts it when one asks. It has no modem of its own yet: its sources
+are a simulated drive, with which it starts, and recordings. Only members of
+the group baseband may ask.")
 
 quorin_package(tools quorin-tools PROGRAMS metricctl DESCRIPTION
 "metrics of a cellular modem on the command line
-Decodes and encodes payloads, imports drive logs, watches, records and replays the events of the
-baseband-manager service.")
+Decodes and encodes payloads, imports drive logs, watches, records and replays
+the events of the baseband-manager service.")
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_DIRECTORY ${CMAKE_BINARY_DIR}/packages)
