@@ -13,7 +13,7 @@ quorin_install(service ${data}/dbus-1/system.d ${from}/org.brennic.BasebandManag
 quorin_install(service ${data}/dbus-1/system-services ${from}/org.brennic.BasebandManager1.service)
 install(FILES ${from}/basebandd.sysusers DESTINATION lib/sysusers.d RENAME basebandd.conf
   COMPONENT service)
-# The unit names its program with the prefix that is known only now.
+# The unit names its program, whose prefix is known only when it is installed.
 install(CODE "
   set(program \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}/basebandd\")
   set(unit \"\${CMAKE_INSTALL_PREFIX}/lib/systemd/system/basebandd.service\")
@@ -40,7 +40,8 @@ file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/copyright "${copyright}")
 
 # A component's package, its programs, what it needs beside its libraries, and its description.
 macro(quorin_package component name)
-  cmake_parse_arguments(package "" "ARCHITECTURE;SUGGESTS;DESCRIPTION" "PROGRAMS;COMPONENTS;DEPENDS" ${ARGN})
+  cmake_parse_arguments(package "" "ARCHITECTURE;SUGGESTS;DESCRIPTION"
+    "PROGRAMS;COMPONENTS;DEPENDS" ${ARGN})
   if(package_PROGRAMS)
     install(TARGETS ${package_PROGRAMS} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
       COMPONENT ${component})
