@@ -36,7 +36,6 @@ void awaitSignals(const std::function<void(int)>& received) {
   sigwait(&endingSignals(), &signal);
   dispatch_async(dispatch_get_main_queue(), [received, signal] { received(signal); });
   sigwait(&endingSignals(), &signal);
-  std::signal(signal, SIG_DFL);
   std::raise(signal);
   pthread_sigmask(SIG_UNBLOCK, &endingSignals(), nullptr);
 }
