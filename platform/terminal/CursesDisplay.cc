@@ -99,17 +99,6 @@ std::string localeName() {
   return "";
 }
 
-/// Takes the environment's locale. One of UTF-8 that this machine does not have, as SSH likes to
-/// bring along, is as good as any other of UTF-8.
-Charset takeLocale() {
-  if (!std::setlocale(LC_CTYPE, "")) {
-    std::string name = localeName();
-    std::ranges::transform(name, name.begin(), [](unsigned char c) { return std::tolower(c); });
-    if (name.ends_with("utf-8") || name.ends_with("utf8")) std::setlocale(LC_CTYPE, "C.UTF-8");
-  }
-  return localeIsUtf8() ? Charset::unicode : Charset::ascii;
-}
-
 /// A descriptor of this terminal that is ours alone.
 int reopened(const char* path) { return open(path, O_RDWR | O_NOCTTY | O_CLOEXEC); }
 
@@ -124,6 +113,15 @@ std::optional<Input> mouseInput() {
 }
 
 }  // namespace
+
+Charset takeLocale() {
+  if (!std::setlocale(LC_CTYPE, "")) {
+    std::string name = localeName();
+    std::ranges::transform(name, name.begin(), [](unsigned char c) { return std::tolower(c); });
+    if (name.ends_with("utf-8") || name.ends_with("utf8")) std::setlocale(LC_CTYPE, "C.UTF-8");
+  }
+  return localeIsUtf8() ? Charset::unicode : Charset::ascii;
+}
 
 Terminal openTerminal() {
   Terminal terminal;

@@ -29,6 +29,10 @@ struct Terminal {
 /// Opens the controlling terminal, or else the one on standard output.
 [[nodiscard]] Terminal openTerminal();
 
+/// Takes the environment's locale, and tells what it can show. One of UTF-8 that this machine does
+/// not have, as SSH likes to bring along, is as good as any other of UTF-8.
+Charset takeLocale();
+
 /// A terminal in the hands of curses. Main thread; one at a time.
 class CursesDisplay {
  public:

@@ -75,7 +75,9 @@ void PageView::didRemove(std::size_t first, std::size_t count) {
 void PageView::willInsert(std::size_t /*first*/, std::size_t /*count*/) {}
 
 void PageView::didInsert(std::size_t first, std::size_t count) {
-  if (_lost)
+  if (count == _page.lines().size())
+    moveToEnd(false);
+  else if (_lost)
     _selection = first + std::min(*_lost, count - 1);
   else if (_selection >= first)
     _selection += count;
@@ -170,7 +172,7 @@ void PageView::drawRow(Canvas& canvas, int row, const PageViewLayout& layout,
   if (!shown.unit.empty()) end = canvas.put(row, end + 1, right - end - 1, shown.unit, quiet);
   const int spark = valueColumn + kSparklineOffset;
   if (shown.valued && end < spark && spark + kSparklineColumns < right)
-    canvas.put(row, spark, kSparklineColumns, sparkline(line.trend, canvas.charset()), quiet);
+    canvas.put(row, spark, kSparklineColumns, sparkline(line.trend, canvas.charset()), style);
 }
 
 void PageView::drawHints(Canvas& canvas, std::size_t rows) const {

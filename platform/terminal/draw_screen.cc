@@ -160,7 +160,7 @@ void TerminalScreen::drawFooter(Canvas& canvas) const {
   if (std::max(columnsOf(left), kAgeRoom) + columnsOf(hints) + 4 > columns) hints = right(kHint);
   const int hintColumn = columns - 1 - columnsOf(hints);
   canvas.put(row, 1, hintColumn - 2, shortened(left, hintColumn - 2, canvas.charset()),
-             Style::quiet);
+             Style::plain);
   canvas.put(row, hintColumn, columnsOf(hints), hints, Style::quiet);
 }
 

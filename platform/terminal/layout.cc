@@ -12,7 +12,7 @@ constexpr int kMarkColumns = 3;  // blank, mark, blank between text and value
 int widestText(const std::vector<ScreenLine>& lines, int limit, Charset charset) {
   int widest = 0;
   for (const ScreenLine& line : lines) {
-    if (line.isHeader() || line.detail.empty()) continue;
+    if (line.isHeader()) continue;
     const int columns = columnsOf(glyphsOf(line.text, charset));
     if (columns <= limit) widest = std::max(widest, columns);
   }

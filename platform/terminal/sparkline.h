@@ -7,7 +7,7 @@ namespace quorin::terminal {
 
 /// How many of the latest points a sparkline shows. Few, so that a screen full of them still goes
 /// over a slow line in a moment.
-inline constexpr int kSparklineColumns = 10;
+inline constexpr int kSparklineColumns = 8;
 
 /// The latest values as blocks between their lowest and highest. Empty: fewer than two points, all
 /// of one height, or a terminal without blocks.
