@@ -29,7 +29,9 @@ bool same(const ScreenLine& a, const ScreenLine& b) {
 char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
 bool contains(std::string_view text, std::string_view part) {
-  return !std::ranges::search(text, part, {}, lower, lower).empty() || part.empty();
+  const auto same = [](char a, char b) { return lower(a) == lower(b); };
+  return std::search(text.begin(), text.end(), part.begin(), part.end(), same) != text.end() ||
+         part.empty();
 }
 
 bool has(const ScreenLine& line, std::string_view text) {

@@ -26,10 +26,13 @@ void LogStrip::addLine(std::string line) {
   ++_count;
 }
 
-std::vector<std::string> LogStrip::latest(std::size_t lines) const {
+std::vector<std::string> LogStrip::before(std::size_t end, std::size_t lines) const {
   const std::lock_guard lock(_mutex);
-  const auto count = static_cast<std::ptrdiff_t>(std::min(lines, _lines.size()));
-  return {_lines.end() - count, _lines.end()};
+  const std::size_t forgotten = _count - _lines.size();
+  const std::size_t last = std::clamp(end, forgotten, _count) - forgotten;
+  const std::size_t first = last - std::min(lines, last);
+  return {_lines.begin() + static_cast<std::ptrdiff_t>(first),
+          _lines.begin() + static_cast<std::ptrdiff_t>(last)};
 }
 
 std::size_t LogStrip::count() const {

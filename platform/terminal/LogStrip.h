@@ -16,8 +16,8 @@ class LogStrip {
 
   /// Takes text as it was written; a line is one once its end came or it is too long.
   void add(std::string& unfinished, std::string_view text);
-  /// The latest lines, oldest first.
-  [[nodiscard]] std::vector<std::string> latest(std::size_t lines) const;
+  /// So many lines before the `end`th since the beginning, oldest first, as far as they are kept.
+  [[nodiscard]] std::vector<std::string> before(std::size_t end, std::size_t lines) const;
   /// How many lines came so far.
   [[nodiscard]] std::size_t count() const;
 

@@ -1,5 +1,6 @@
 #include "platform/terminal/TerminalGuard.h"
 
+#include <fcntl.h>
 #include <signal.h>
 #include <termios.h>
 #include <unistd.h>
@@ -34,9 +35,15 @@ Reachable reachable;
 
 alignas(16) std::array<char, 64 * 1024> handlerStack;  // the program's own may be used up
 
+// A terminal that takes nothing any more must not hold up the end.
 void giveBack() {
   if (!reachable.owned.exchange(false)) return;
-  (void)!write(reachable.terminal, reachable.restore.data(), reachable.size);
+  fcntl(reachable.terminal, F_SETFL, O_RDWR | O_NONBLOCK);
+  const auto size = static_cast<ssize_t>(reachable.size);
+  if (write(reachable.terminal, reachable.restore.data(), reachable.size) != size) {
+    tcflush(reachable.terminal, TCOFLUSH);
+    (void)!write(reachable.terminal, reachable.restore.data(), reachable.size);
+  }
   tcsetattr(reachable.terminal, TCSANOW, &reachable.settings);
 }
 

@@ -65,7 +65,9 @@ void TerminalScreen::act(Action action) {
       return;
     case Action::findNext: return findAgain(false);
     case Action::findPrevious: return findAgain(true);
-    case Action::log: _log = !_log; return;
+    case Action::log: return toggleLog();
+    case Action::logOlder: return scrollLog(1 - _logArea.rows);
+    case Action::logNewer: return scrollLog(_logArea.rows - 1);
     case Action::mouse: return toggleMouse();
     case Action::repaint: return _requests.repaint();
     case Action::help:
@@ -83,6 +85,21 @@ void TerminalScreen::close() {
   if (_focus == 0) return;
   const std::size_t level = _focus--;
   while (_views.size() > level) _stack.back();
+}
+
+void TerminalScreen::toggleLog() {
+  _log = !_log;
+  _logEnd.reset();
+}
+
+void TerminalScreen::scrollLog(int lines) {
+  if (!_log) return;
+  const auto count = static_cast<std::ptrdiff_t>(_strip.count());
+  const auto kept = std::min(count, static_cast<std::ptrdiff_t>(LogStrip::kLines));
+  const std::ptrdiff_t oldest = count - kept + std::max(_logArea.rows - 1, 1);
+  const auto end = static_cast<std::ptrdiff_t>(_logEnd.value_or(_strip.count())) + lines;
+  _logEnd.reset();
+  if (end < count && oldest < count) _logEnd = static_cast<std::size_t>(std::max(end, oldest));
 }
 
 void TerminalScreen::toggleMouse() {
@@ -165,6 +182,8 @@ void TerminalScreen::click(int row, int column) {
 void TerminalScreen::wheel(int row, int column, int rows) {
   if (_help) {
     _helpTop += rows;
+  } else if (_log && row >= _logArea.row && row < _logArea.row + _logArea.rows) {
+    scrollLog(rows);
   } else {
     for (const auto& view : _views)
       if (view->isAt(row, column)) view->scroll(rows);

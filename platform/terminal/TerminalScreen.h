@@ -55,12 +55,14 @@ class TerminalScreen final : public ScreenStackObserver {
   void findFrom(std::size_t line);
   void findAgain(bool before);
   void pressInHelp(char32_t pressed);
+  void toggleLog();
+  void scrollLog(int lines);
   void toggleMouse();
 
   void drawPages(Canvas& canvas, const Area& area);
   void drawBar(Canvas& canvas, std::size_t deepest) const;
   void drawNotes(Canvas& canvas, const Area& area) const;
-  void drawLog(Canvas& canvas, const Area& area) const;
+  void drawLog(Canvas& canvas, const Area& area);
   void drawFooter(Canvas& canvas) const;
   void drawHelp(Canvas& canvas, const Area& area);
   [[nodiscard]] int noteRows(int columns, Charset charset) const;
@@ -79,6 +81,8 @@ class TerminalScreen final : public ScreenStackObserver {
   bool _help = false;
   int _helpTop = 0;
   bool _log = false;
+  Area _logArea;
+  std::optional<std::size_t> _logEnd;  // the line behind those in sight; empty: the latest
   bool _mouse = true;
   bool _wide = false;
   std::shared_ptr<Timer> _ageTimer;

@@ -10,6 +10,7 @@ constexpr std::size_t kSideBySide = 3;
 constexpr int kNarrowestList = 16;
 constexpr std::string_view kHint = "? keys";
 constexpr std::string_view kLongHint = "Enter open  q back  / find  l log  ? keys";
+constexpr std::string_view kFirstHint = "Enter open  q quit  / find  l log  ? keys";
 
 std::string noteOf(const Annotation& annotation) {
   std::string note = annotation.meaning;
@@ -120,13 +121,18 @@ void TerminalScreen::drawNotes(Canvas& canvas, const Area& area) const {
     if (row < area.row + area.rows) canvas.put(row++, 1, area.columns - 2, part, Style::quiet);
 }
 
-void TerminalScreen::drawLog(Canvas& canvas, const Area& area) const {
+void TerminalScreen::drawLog(Canvas& canvas, const Area& area) {
+  _logArea = area;
   for (int column = 0; column < area.columns; ++column)
     canvas.put(area.row, column, 1, "─", Style::quiet);
-  canvas.put(area.row, 1, area.columns - 2, " log ", Style::quiet);
+  const std::size_t count = _strip.count();
+  const std::size_t end = _logEnd.value_or(count);
+  const std::string title =
+      " log " + (_logEnd ? std::to_string(end) + "/" + std::to_string(count) + " " : std::string());
+  canvas.put(area.row, 1, area.columns - 2, title, Style::quiet);
   const int room = area.rows - 1;
   std::vector<Glyphs> parts;
-  for (const std::string& line : _strip.latest(static_cast<std::size_t>(room)))
+  for (const std::string& line : _strip.before(end, static_cast<std::size_t>(room)))
     for (Glyphs& part : wrapped(glyphsOf(line, canvas.charset()), area.columns - 2))
       parts.push_back(std::move(part));
   const auto first = parts.size() - std::min(parts.size(), static_cast<std::size_t>(room));
@@ -155,7 +161,7 @@ void TerminalScreen::drawFooter(Canvas& canvas) const {
     return glyphsOf(place + (place.empty() ? "" : "   ") + std::string(hint), canvas.charset());
   };
   const Glyphs left = glyphsOf(_message.empty() ? age() : _message, canvas.charset());
-  Glyphs hints = right(kLongHint);
+  Glyphs hints = right(_focus == 0 ? kFirstHint : kLongHint);
   constexpr int kAgeRoom = 24;  // so that the hints stay as the age grows
   if (std::max(columnsOf(left), kAgeRoom) + columnsOf(hints) + 4 > columns) hints = right(kHint);
   const int hintColumn = columns - 1 - columnsOf(hints);

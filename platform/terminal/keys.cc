@@ -24,6 +24,8 @@ constexpr KeyRow kKeyRows[] = {
     {Action::findNext,     {'n'},                                 "n",             "find the next"},
     {Action::findPrevious, {'N'},                                 "N",             "find the one before"},
     {Action::log,          {'l'},                                 "l",             "log lines: show or hide"},
+    {Action::logOlder,     {'<'},                                 "<",             "older log lines"},
+    {Action::logNewer,     {'>'},                                 ">",             "newer log lines"},
     {Action::mouse,        {'m'},                                 "m",             "mouse: ours or the terminal's"},
     {Action::repaint,      {key::control('l')},                   "Ctrl-L",        "paint the screen anew"},
     {Action::help,         {'?'},                                 "?",             "this page; any other key leaves it"},

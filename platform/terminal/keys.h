@@ -43,6 +43,8 @@ enum class Action {
   findNext,
   findPrevious,
   log,
+  logOlder,
+  logNewer,
   mouse,
   repaint,
   help,

@@ -186,6 +186,25 @@ TEST(TerminalScreen, ShowsTheLogsLatestLines) {
   EXPECT_THAT(shown.drawn(), Not(HasSubstr("three")));
 }
 
+TEST(TerminalScreen, LooksAtOlderLogLines) {
+  Shown shown;
+  std::string unfinished;
+  for (int i = 1; i <= 1200; ++i) shown.strip.add(unfinished, "line " + std::to_string(i) + "\n");
+  shown.press(U"<l");
+  EXPECT_EQ(shown.row(-2), " line 1200") << "while it is closed, the keys do nothing";
+  shown.press(U"<");
+  EXPECT_EQ(shown.row(-2), " line 1193");
+  shown.strip.add(unfinished, "line 1201\n");
+  EXPECT_EQ(shown.row(-2), " line 1193") << "new lines do not move it";
+  EXPECT_THAT(shown.row(15), StartsWith("─ log 1193/1201 ─"));
+  shown.screen->wheel(20, 10, -3);
+  EXPECT_EQ(shown.row(-2), " line 1190");
+  shown.press(U">>");
+  EXPECT_EQ(shown.row(-2), " line 1201");
+  for (int i = 0; i < 300; ++i) shown.press(U"<");
+  EXPECT_EQ(shown.row(-8), " line 202") << "those before are forgotten";
+}
+
 TEST(TerminalScreen, TakesTheMouse) {
   Shown shown;
   shown.drawn();
