@@ -14,6 +14,7 @@
 #include "platform/foundation/clock.h"
 #include "platform/foundation/fatal.h"
 #include "platform/foundation/log.h"
+#include "platform/foundation/number.h"
 #include "platform/protocolbuffer/PBCodable.h"
 #include "platform/protocolbuffer/PBDataReader.h"
 #include "platform/protocolbuffer/PBDataWriter.h"

@@ -1,5 +1,7 @@
 #include "viewer/SecondLevelViewController.h"
 
+#include "viewer/annotations.h"
+
 namespace quorin {
 
 namespace {
@@ -62,20 +64,21 @@ std::ptrdiff_t SecondLevelViewController::numberOfRowsInSection(UITableView& /*t
   return std::ssize(rows);
 }
 
+std::optional<SecondLevelViewController::ShownRow> SecondLevelViewController::shownRow(
+    NSIndexPath indexPath) {
+  const Answer& cells = snapshot().cells;
+  if (!cells.page) return std::nullopt;
+  const Dictionary& rows = elementAt(cells.sections, indexPath.section);
+  const auto& [key, value] = elementAt(rows, indexPath.row);
+  return ShownRow{printed(key), printed(value)};
+}
+
 Cell SecondLevelViewController::cellForRowAtIndexPath(UITableView& tableView,
                                                       NSIndexPath indexPath) {
   _currentCell = tableView.dequeueReusableCellWithIdentifier("SecondClickView", indexPath);
-  const Answer& cells = snapshot().cells;
-  std::string text = "Come back later";
-  std::string detail;
-  if (cells.page) {
-    const Dictionary& rows = elementAt(cells.sections, indexPath.section);
-    const auto& [key, value] = elementAt(rows, indexPath.row);
-    text = printed(key);
-    detail = printed(value);
-  }
-  if (UILabel* label = _currentCell->textLabel()) label->setText(std::move(text));
-  if (UILabel* label = _currentCell->detailTextLabel()) label->setText(std::move(detail));
+  ShownRow shown = shownRow(indexPath).value_or(ShownRow{"Come back later", ""});
+  if (UILabel* label = _currentCell->textLabel()) label->setText(std::move(shown.text));
+  if (UILabel* label = _currentCell->detailTextLabel()) label->setText(std::move(shown.detail));
   return _currentCell;
 }
 
@@ -93,6 +96,12 @@ std::optional<LastReport> SecondLevelViewController::lastReport() const {
   const PageRow* page = pageRow(pageKey(), Question::cells);
   if (!page) return std::nullopt;
   return LastReport{_myMetricValidator->arrival(sourceOf(*page))};
+}
+
+Annotation SecondLevelViewController::annotationForRowAtIndexPath(UITableView& /*tableView*/,
+                                                                  NSIndexPath indexPath) {
+  const std::optional<ShownRow> shown = shownRow(indexPath);
+  return shown ? annotationFor(pageKey(), shown->text, shown->detail) : Annotation{};
 }
 
 }  // namespace quorin

@@ -43,6 +43,9 @@ class SecondLevelViewController : public UITableViewController {
                                                         NSIndexPath indexPath) override;
 
   [[nodiscard]] std::optional<LastReport> lastReport() const override;
+  /// Answers from the snapshot, too.
+  [[nodiscard]] Annotation annotationForRowAtIndexPath(UITableView& tableView,
+                                                       NSIndexPath indexPath) override;
 
  private:
   /// The store's sections as one question sees them; no page under the key: null.
@@ -55,9 +58,16 @@ class SecondLevelViewController : public UITableViewController {
     Answer cells;
   };
 
+  struct ShownRow {
+    std::string text;
+    std::string detail;
+  };
+
   [[nodiscard]] std::string pageKey() const;
   [[nodiscard]] Answer answer(Question question) const;
   const Snapshot& takeSnapshot();
+  /// The row as the snapshot has it; empty: there is no page.
+  [[nodiscard]] std::optional<ShownRow> shownRow(NSIndexPath indexPath);
   const Snapshot& snapshot() { return _snapshot ? *_snapshot : takeSnapshot(); }
 
   std::optional<std::string> _firstSelection;

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/foundation/number.h"
+
 namespace quorin {
 
 namespace {
@@ -88,6 +90,7 @@ void ScreenPage::takeOver(ScreenLine& now, std::size_t line) {
   if (shown.detail == now.detail && shown.annotation == now.annotation) return;
   shown.detail = std::move(now.detail);
   shown.annotation = std::move(now.annotation);
+  ++shown.changes;
   if (_observer) _observer->didChange(line);
 }
 
@@ -99,6 +102,7 @@ void ScreenPage::extendTrends() {
   _sampled = report->uptime;
   for (ScreenLine& line : _lines)
     if (const auto number = numberIn(line.detail)) line.trend.add({*_sampled, *number});
+  if (_observer) _observer->didExtendTrends();
 }
 
 void ScreenPage::setOpenLine(std::optional<std::size_t> opened) {

@@ -17,6 +17,7 @@ struct ScreenLine {
   std::string detail{};
   Annotation annotation{};
   Trend trend{};
+  int changes = 0;    // how often its detail changed while it was shown
   bool open = false;  // the page behind this one was opened here
 
   [[nodiscard]] bool isHeader() const { return !row; }
@@ -34,6 +35,8 @@ class ScreenPageObserver {
   virtual void didChange(std::size_t line) = 0;
   /// The line is open now, or no longer.
   virtual void didMark(std::size_t line) = 0;
+  /// Trends have a point more.
+  virtual void didExtendTrends() {}
   /// A reload is over.
   virtual void didReload() = 0;
 };

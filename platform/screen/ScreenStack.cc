@@ -44,6 +44,7 @@ bool ScreenStack::back() {
   if (_pages.size() < 2) return false;
   _application.navigation().popViewController();
   if (_observer) _observer->willPop();
+  const std::unique_ptr<ScreenPage> left = std::move(_pages.back());
   _pages.pop_back();
   top().setOpenLine(std::nullopt);
   if (_observer) _observer->didPop();

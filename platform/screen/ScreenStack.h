@@ -12,6 +12,7 @@ class ScreenStackObserver {
   virtual void willPush() = 0;
   virtual void didPush() = 0;
   virtual void willPop() = 0;
+  /// The page that was left goes after this.
   virtual void didPop() = 0;
 };
 

@@ -1,15 +1,11 @@
 #pragma once
 
-#include <optional>
-#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/foundation/clock.h"
 
 namespace quorin {
-
-/// The number that the whole text is, or empty.
-[[nodiscard]] std::optional<double> numberIn(std::string_view text);
 
 /// The last values of a row whose detail is a number, oldest first; kept while its page is shown.
 class Trend {

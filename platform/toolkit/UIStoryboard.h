@@ -56,7 +56,7 @@ struct SectionContents {
 };
 
 /// Asks a page for everything that it shows, in a reload's order: section count, then section by
-/// section its header, its rows and their cells.
+/// section its header, its rows, and of each its cell and its annotation.
 [[nodiscard]] std::vector<SectionContents> contentsOf(UITableViewController& page);
 
 }  // namespace quorin

@@ -16,6 +16,14 @@ struct NSIndexPath {
   friend bool operator==(const NSIndexPath&, const NSIndexPath&) = default;
 };
 
+/// What stands beside a row's texts, never inside them.
+struct Annotation {
+  std::string unit;           // "dBm"; empty: none
+  std::string meaning;        // how the value reads, such as "-97 ≤ RSRP < -96 dBm"; empty: none
+  std::string_view clause{};  // where that stands, such as "3GPP TS 36.133, 9.1.4"; empty: nowhere
+  friend bool operator==(const Annotation&, const Annotation&) = default;
+};
+
 /// Whatever may have caused a segue.
 class UIResponder {
  public:
@@ -63,14 +71,6 @@ class UITableViewCell final : public UIResponder {
 };
 
 using Cell = std::shared_ptr<UITableViewCell>;
-
-/// What stands beside a row's texts, never inside them.
-struct Annotation {
-  std::string unit;           // "dBm"; empty: none
-  std::string meaning;        // how the value reads, such as "-97 ≤ RSRP < -96 dBm"; empty: none
-  std::string_view clause{};  // where that stands, such as "3GPP TS 36.133, 9.1.4"; empty: nowhere
-  friend bool operator==(const Annotation&, const Annotation&) = default;
-};
 
 /// A page's table: hands out cells and tells the toolkit when to ask the page again. Main thread.
 class UITableView {

@@ -5,7 +5,8 @@
 namespace quorin::test {
 namespace {
 
-/// Three sections: a header and two rows, no header and none, and one row that is empty.
+/// Three sections: a header and two rows, no header and none, and one row that is empty. The first
+/// section's rows have annotations.
 class SomePage final : public UITableViewController {
  public:
   std::ptrdiff_t numberOfSectionsInTableView(UITableView&) override { return 3; }
@@ -23,6 +24,10 @@ class SomePage final : public UITableViewController {
                                      : std::nullopt);
     cell->detailTextLabel()->setText(named ? std::optional<std::string>("detail") : std::nullopt);
     return cell;
+  }
+  Annotation annotationForRowAtIndexPath(UITableView&, NSIndexPath at) override {
+    if (at.section != 0) return {};
+    return {"dBm", "meaning of row " + std::to_string(at.row), "clause"};
   }
   void prepareForSegue(UIStoryboardSegue& segue, UIResponder* sender) override {
     prepared = segue.destination;
@@ -68,10 +73,12 @@ TEST(SelectRow, PreparesThePageWithTheTappedCellBeforeItsViewLoads) {
   EXPECT_EQ(navigation.topViewController(), opened);
 }
 
-TEST(ContentsOf, AsksForEverySectionWithItsHeaderAndItsRows) {
+TEST(ContentsOf, AsksForEverySectionWithItsHeaderItsRowsAndTheirAnnotations) {
   const auto page = std::dynamic_pointer_cast<SomePage>(kStoryboard.instantiate("First"));
   const std::vector<SectionContents> expected = {
-      {"first", {{"row 0", "detail"}, {"row 1", "detail"}}},
+      {"first",
+       {{"row 0", "detail", {"dBm", "meaning of row 0", "clause"}},
+        {"row 1", "detail", {"dBm", "meaning of row 1", "clause"}}}},
       {std::nullopt, {}},
       {std::nullopt, {{"", ""}}},
   };

@@ -23,6 +23,18 @@ TEST(UIViewController, LoadsItsViewOnce) {
   EXPECT_EQ(page.loads, 1);
 }
 
+/// A table that overrides what it must and no more.
+class BareTable final : public UITableViewController {
+ public:
+  std::ptrdiff_t numberOfRowsInSection(UITableView&, std::ptrdiff_t) override { return 1; }
+  Cell cellForRowAtIndexPath(UITableView&, NSIndexPath) override { return nullptr; }
+};
+
+TEST(UITableViewController, HasNoAnnotationUnlessAPageGivesOne) {
+  BareTable table;
+  EXPECT_EQ(table.annotationForRowAtIndexPath(table.tableView(), {0, 0}), Annotation());
+}
+
 TEST(UINavigationController, ShowsTheLatestPageAndKeepsItsOnlyOne) {
   UINavigationController navigation;
   EXPECT_FALSE(navigation.topViewController());

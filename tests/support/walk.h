@@ -2,6 +2,7 @@
 
 #include "app/interface.h"
 #include "tests/support/rig.h"
+#include "viewer/SecondLevelViewController.h"
 
 namespace quorin::test {
 
@@ -24,6 +25,16 @@ class Walk {
  private:
   UINavigationController _navigation;
 };
+
+/// A category page as its scene makes it, with its selections.
+[[nodiscard]] inline std::shared_ptr<SecondLevelViewController> pageOf(std::string technology,
+                                                                       std::string category) {
+  auto page = std::make_shared<SecondLevelViewController>();
+  page->initWithCoder(*interfaceDescription().scene("SecondLevelViewController"));
+  page->setFirstSelection(std::move(technology));
+  page->setSeguedThroughRow(std::move(category));
+  return page;
+}
 
 /// Everything that a page shows, a line each: "# header" or "-" opens a section, "text=detail" is a
 /// row.

@@ -153,14 +153,6 @@ std::string expectation(const std::string& text) {
   return rows;
 }
 
-std::shared_ptr<SecondLevelViewController> pageOf(const char* technology, const char* category) {
-  const auto page = std::make_shared<SecondLevelViewController>();
-  page->initWithCoder(*interfaceDescription().scene("SecondLevelViewController"));
-  page->setFirstSelection(technology);
-  page->setSeguedThroughRow(category);
-  return page;
-}
-
 /// Walks to each category of the tree and compares what its page shows.
 void walkTheTree(const char* PageCase::*expected) {
   const auto* next = std::begin(kTreePages);

@@ -15,7 +15,9 @@ struct Command {
 constexpr Command kCommands[] = {
     {"decode", "Decode hexadecimal payloads, one a line, into JSON", decodeCommand},
     {"encode", "Encode JSON, as decode writes it, into hexadecimal payloads", encodeCommand},
-    {"schema", "Print the message catalogue as a reference page or a .proto file", schemaCommand},
+    {"schema",
+     "Print the message catalogue as a reference page or a .proto file, or the annotations",
+     schemaCommand},
     {"import", "Turn a drive log into a recording", importCommand},
     {"intake", "Feed a recording through the metric store and dump what it holds", intakeCommand},
     {"watch", "Show the service's events, decoded, as they come", watchCommand},

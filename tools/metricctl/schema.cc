@@ -7,6 +7,8 @@
 
 #include "messages/catalogue.h"
 #include "tools/metricctl/commands.h"
+#include "viewer/annotations.h"
+#include "viewer/page_tree.h"
 
 namespace quorin::metricctl {
 
@@ -94,8 +96,56 @@ void printPage(std::ostream& out) {
   }
 }
 
-// Enumerations stand in messages of their own, since several share a name such as FDD; and these are
-// called otherwise than any name in them, which C++ would not have.
+namespace {
+
+/// The pages of the tree that the row stands for.
+std::string pagesOf(const AnnotationRow& row) {
+  std::string pages;
+  const PageTree tree = buildPageTree();
+  for (const std::string& technology : tree.technologies)
+    for (const std::string& category : tree.categories.at(technology)) {
+      const std::string page = technology + " " + category;
+      if (covers(row, page)) pages += (pages.empty() ? "" : ", ") + page;
+    }
+  return pages;
+}
+
+void printReading(std::ostream& out, const Reading& reading) {
+  out << "\n## " << reading.title << "\n\n"
+      << reading.clause << ".\n\n| Value | Meaning |\n|---:|---|\n";
+  for (const std::string& value : samplesOf(reading)) {
+    const auto meaning = meaningOf(reading, value);
+    out << "| " << value << " | " << meaning->text;
+    if (meaning->clause != reading.clause) out << " (" << meaning->clause << ')';
+    out << " |\n";
+  }
+}
+
+}  // namespace
+
+void printAnnotations(std::ostream& out) {
+  out << "# Annotations\n\nPrinted by `metricctl schema --format annotations`. What the toolkits "
+         "show beside a row of a page, never\ninside its texts. A row with a reading has it, and "
+         "its unit, only beside the values that the reading\nknows; a row without one has its unit "
+         "beside every number.\n";
+  std::vector<const Reading*> readings;
+  std::string_view page;
+  for (const AnnotationRow& row : annotationRows()) {
+    if (row.page != page)
+      out << "\n## " << pagesOf(row)
+          << "\n\n| Key | Unit | Reads as | Clause |\n|---|---|---|---|\n";
+    page = row.page;
+    out << "| " << row.key << " | " << row.unit << " | " << (row.reading ? row.reading->title : "")
+        << " | " << (row.reading ? row.reading->clause : row.clause) << " |\n";
+    if (row.reading && std::ranges::find(readings, row.reading) == readings.end())
+      readings.push_back(row.reading);
+  }
+  out << "\n# Readings\n\nNamed values stand here all, ranges with their ends.\n";
+  for (const Reading* reading : readings) printReading(out, *reading);
+}
+
+// Enumerations stand in messages of their own, since several share a name such as FDD; and these
+// are called otherwise than any name in them, which C++ would not have.
 void printProto(std::ostream& out) {
   out << "// Printed by metricctl schema --format proto.\nsyntax = \"proto2\";\n\n"
          "package quorin.metrics;\n";
@@ -131,14 +181,18 @@ struct Format {
   void (*print)(std::ostream&);
 };
 
-constexpr Format kFormats[] = {{"page", printPage}, {"proto", printProto}};
+constexpr Format kFormats[] = {
+    {"page", printPage}, {"proto", printProto}, {"annotations", printAnnotations}};
 
 }  // namespace
 
 Action schemaCommand(CLI::App& arguments) {
   auto format = std::make_shared<std::string>("page");
-  arguments.add_option("--format", *format, "page: a reference in Markdown; proto: a .proto file")
-      ->check(CLI::IsMember({"page", "proto"}))
+  arguments
+      .add_option("--format", *format,
+                  "page: a reference in Markdown; proto: a .proto file; annotations: what stands "
+                  "beside the rows of the pages, in Markdown")
+      ->check(CLI::IsMember({"page", "proto", "annotations"}))
       ->capture_default_str();
   return [format]() -> int {
     std::ranges::find(kFormats, std::string_view(*format), &Format::name)->print(std::cout);
