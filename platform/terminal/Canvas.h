@@ -7,15 +7,14 @@ namespace quorin::terminal {
 /// How a cell looks; the display turns it into what the terminal has.
 enum class Style {
   plain,
-  bar,            // the title's bar
-  barTitle,       // the page's own title in it
-  header,         // a section's header
-  quiet,          // what is less important than the rows
-  changed,        // the mark of a changed value
-  selected,       // the selection of the page in focus
-  selectedQuiet,  // and its less important parts
-  open,           // a row whose page is shown beside it
-  prompt,         // what is being typed
+  bar,       // the title's bar
+  barTitle,  // the page's own title in it
+  header,    // a section's header
+  quiet,     // what is less important than the rows
+  changed,   // the mark of a changed value
+  selected,  // the selection of the page in focus
+  open,      // a row whose page is shown beside it
+  prompt,    // what is being typed
 };
 
 struct Cell {

@@ -39,7 +39,8 @@ struct StyleRow {
   Look many;
 };
 
-// A row's values come and go often: their style is the terminal's own, which costs no byte.
+// What comes and goes often, a row's value, mark and trend, looks the same as the row: over a slow
+// line each change of looks costs more than the value.
 constexpr StyleRow kStyles[] = {
     {Style::plain, {A_NORMAL, -1, -1}, {A_NORMAL, -1, -1}, {A_NORMAL, -1, -1}},
     {Style::bar, {A_REVERSE, -1, -1}, {A_REVERSE, -1, -1}, {A_NORMAL, 250, 236}},
@@ -51,7 +52,6 @@ constexpr StyleRow kStyles[] = {
     {Style::quiet, {A_DIM, -1, -1}, {A_DIM, -1, -1}, {A_NORMAL, 244, -1}},
     {Style::changed, {A_NORMAL, -1, -1}, {A_NORMAL, -1, -1}, {A_NORMAL, -1, -1}},
     {Style::selected, {A_REVERSE, -1, -1}, {A_REVERSE, -1, -1}, {A_NORMAL, 255, 25}},
-    {Style::selectedQuiet, {A_REVERSE, -1, -1}, {A_REVERSE, -1, -1}, {A_NORMAL, 153, 25}},
     {Style::open, {A_BOLD, -1, -1}, {A_BOLD, -1, -1}, {A_BOLD, -1, -1}},
     {Style::prompt, {A_BOLD, -1, -1}, {A_BOLD, -1, -1}, {A_BOLD, -1, -1}},
 };

@@ -158,7 +158,6 @@ void PageView::drawRow(Canvas& canvas, int row, const PageViewLayout& layout,
                       : line.open       ? Style::open
                       : line.isHeader() ? Style::header
                                         : Style::plain;
-  const Style quiet = bar ? Style::selectedQuiet : Style::quiet;
   const int left = _area.column;
   const int right = left + _area.columns;
   if (bar || line.open) canvas.restyle(row, left, _area.columns, style);
@@ -169,7 +168,7 @@ void PageView::drawRow(Canvas& canvas, int row, const PageViewLayout& layout,
   if (shown.valued && _marked.contains(shown.line))
     canvas.put(row, valueColumn - 2, 1, "•", bar ? style : Style::changed);
   int end = canvas.put(row, valueColumn, right - valueColumn, shown.value, style);
-  if (!shown.unit.empty()) end = canvas.put(row, end + 1, right - end - 1, shown.unit, quiet);
+  if (!shown.unit.empty()) end = canvas.put(row, end + 1, right - end - 1, shown.unit, style);
   const int spark = valueColumn + kSparklineOffset;
   if (shown.valued && end < spark && spark + kSparklineColumns < right)
     canvas.put(row, spark, kSparklineColumns, sparkline(line.trend, canvas.charset()), style);

@@ -118,7 +118,7 @@ void TerminalScreen::drawNotes(Canvas& canvas, const Area& area) const {
   const Glyphs note = glyphsOf(noteOf(lines[view().selection()].annotation), canvas.charset());
   int row = area.row;
   for (const Glyphs& part : wrapped(note, area.columns - 2))
-    if (row < area.row + area.rows) canvas.put(row++, 1, area.columns - 2, part, Style::quiet);
+    if (row < area.row + area.rows) canvas.put(row++, 1, area.columns - 2, part, Style::plain);
 }
 
 void TerminalScreen::drawLog(Canvas& canvas, const Area& area) {

@@ -21,7 +21,6 @@ BIN, RECORDING = sys.argv[1], sys.argv[2]
 PROGRAM = f"{BIN}/quorin-terminal"
 PLAYING = f"{PROGRAM} --recording {RECORDING} --speed max"
 UNREACHABLE = {"LTE Component Carrier Info", "GSM GPRS Config"}
-UNITS = r"(dBm|dB|MHz|kHz|Hz|km/h|ms|s|min|h|%|m|TA|chips)?"
 failures = []
 
 
@@ -47,19 +46,17 @@ def controllers_pages():
 
 
 def shown_rows(lines):
-    """The page's rows on a screen: (is a header, text without blanks and without our own signs)."""
+    """The page's rows on a screen: [is a header, text, goes on below itself], blanks squeezed."""
     lines = [re.sub("[•↑↓▁▂▃▄▅▆▇█]", " ", line).rstrip() for line in lines]
-    lines = [line for line in lines if line]
     starts = sorted({len(line) - len(line.lstrip()) for line in lines})
-    sections = len(starts) > 1 and starts[:2] == [1, 3]
-    row_start = 3 if sections else 1
+    sections = starts[:2] == [1, 3]
     rows = []
     for line in lines:
         start = len(line) - len(line.lstrip())
-        if start > row_start:
-            rows[-1][1] += line.replace(" ", "")
+        if start > (3 if sections else 1):
+            rows[-1][1:] = [rows[-1][1] + line.strip(), True]
         else:
-            rows.append([sections and start == 1, line.replace(" ", "")])
+            rows.append([sections and start == 1, re.sub(" +", " ", line.strip()), False])
     return rows
 
 
@@ -67,21 +64,29 @@ def expected_rows(sections):
     rows = []
     for section in sections:
         if section["header"] is not None:
-            rows.append([True, section["header"].replace(" ", "")])
-        rows += [[False, (text + detail).replace(" ", "")] for text, detail in section["rows"]]
-    return rows or [[False, "Noentries"]]
+            rows.append([True, section["header"]])
+        rows += [[False, f"{text} {detail}".strip()] for text, detail in section["rows"]]
+    return rows or [[False, "No entries"]]
+
+
+def same_row(shown, expected):
+    """Behind its detail a row may have a unit."""
+    header, text, broken = shown
+    wanted = expected[1]
+    if broken:
+        text, wanted = text.replace(" ", ""), wanted.replace(" ", "")
+    return header == expected[0] and re.fullmatch(re.escape(wanted) + r"( \S{1,15})?", text)
 
 
 def same_rows(shown, expected):
-    return len(shown) == len(expected) and all(
-        a[0] == b[0] and re.fullmatch(re.escape(b[1]) + UNITS, a[1])
-        for a, b in zip(shown, expected))
+    return len(shown) == len(expected) and all(map(same_row, shown, expected))
 
 
 def page_lines(screen):
-    """The lines between the bar and the footer, of the column of fields where there are several."""
+    """The page's lines, of the column of fields where there are several: up to the first blank one."""
     columns = [line.split("│") for line in screen[1:-1]]
-    return [parts[2] if len(parts) > 2 else parts[0] for parts in columns]
+    lines = [(parts[2] if len(parts) > 2 else parts[0]).rstrip() for parts in columns]
+    return lines[:lines.index("")]
 
 
 def walks_every_page():
