@@ -3,6 +3,7 @@
 #include <signal.h>
 
 #include <CLI/CLI.hpp>
+#include <cerrno>
 #include <csignal>
 #include <cstdlib>
 #include <iostream>
@@ -38,8 +39,10 @@ void awaitSignals(const std::function<void(int)>& received) {
   int signal = 0;
   sigwait(&endingSignals(), &signal);
   dispatch_async(dispatch_get_main_queue(), [received, signal] { received(signal); });
-  if (const int second = sigtimedwait(&endingSignals(), nullptr, &kLongestEnd); second > 0)
-    signal = second;
+  int second = 0;
+  do second = sigtimedwait(&endingSignals(), nullptr, &kLongestEnd);
+  while (second < 0 && errno == EINTR);
+  if (second > 0) signal = second;
   std::raise(signal);
   pthread_sigmask(SIG_UNBLOCK, &endingSignals(), nullptr);
 }

@@ -34,9 +34,9 @@ std::string unfitness(const std::string& type, int descriptor) {
   int found = 0;
   if (setupterm(type.c_str(), descriptor, &found) != OK)
     return "the terminal type \"" + type + "\" is not known here";
-  if (capability("cup").empty())
-    return "a terminal of type \"" + type + "\" cannot place its cursor";
-  return "";
+  const bool placesItsCursor = !capability("cup").empty();
+  del_curterm(cur_term);
+  return placesItsCursor ? "" : "a terminal of type \"" + type + "\" cannot place its cursor";
 }
 
 std::string restoreSequence(int rows) {

@@ -164,23 +164,22 @@ def leaves_a_clean_terminal():
     with Tmux(80, 24, dict(os.environ, TZ="UTC")) as terminal, tempfile.TemporaryDirectory() as folder:
         before = terminal_state(terminal)
         for what, command, end, status in ways:
-            terminal.line(f"clear; stty -g >{folder}/before; sh -c 'echo $$ >{folder}/pid; exec "
-                          f"{command}'; echo ended $?; stty -g >{folder}/after")
+            terminal.run(f"stty -g >{folder}/before; sh -c 'echo $$ >{folder}/pid; exec {command}'")
             if not check(f"{what}: the first page comes up", terminal.has("? keys")):
                 print("\n".join(terminal.screen()))
                 continue
             check(f"{what}: the screen is owned", terminal_state(terminal).startswith("1 0 1"))
             end(terminal, int(open(f"{folder}/pid").read()))
-            if not check(f"{what}: ends with {status}", terminal.has(f"ended {status}")):
+            if not check(f"{what}: ends with {status}", terminal.ended(status)):
                 print("\n".join(terminal.screen()))
-            wait_for(lambda: os.path.exists(f"{folder}/after"), 5)
             check(f"{what}: {terminal_state(terminal)} instead of {before}",
                   terminal_state(terminal) == before)
-            check(f"{what}: stty is as before", wait_for(
-                lambda: open(f"{folder}/before").read() == open(f"{folder}/after").read() != "", 5))
-            os.unlink(f"{folder}/after")
             check(f"{what}: nothing is left of the page",
                   not any("? keys" in row for row in terminal.screen()))
+            terminal.run(f"stty -g >{folder}/after")
+            check(f"{what}: stty can be asked", terminal.ended(0))
+            check(f"{what}: stty is as before",
+                  open(f"{folder}/before").read() == open(f"{folder}/after").read() != "")
 
 
 def stops_and_goes_on():
@@ -218,58 +217,59 @@ def ends_with_its_terminal():
 
 def keeps_log_lines_apart():
     with Tmux(80, 30, dict(os.environ, TZ="UTC")) as terminal, tempfile.TemporaryDirectory() as folder:
-        terminal.line(f"{PLAYING} 2>{folder}/errors")
+        terminal.run(f"{PLAYING} 2>{folder}/errors")
         check("the page is whole", terminal.has("? keys") and wait_for(
             lambda: terminal.screen()[:6] == [" Quorin", " Device Info", " LTE", " UMTS", " GSM", ""], 5))
         terminal.keys("l")
         check("the strip has the log's lines", terminal.has("Received Valid Metric")
               and terminal.has("─ log ─"))
         terminal.keys("q")
+        check("it ends", terminal.ended(0))
         errors = open(f"{folder}/errors").read()
         check("standard error goes on to its file",
               errors.count("-[OsminWrapper listen]_block_invoke: MetricsTrigger dict=") >= 300)
 
-        terminal.line(f"clear; {PLAYING} --screen >{folder}/output 2>&1; echo ended $?")
+        terminal.run(f"{PLAYING} --screen >{folder}/output 2>&1")
         check("the page is shown, with standard output in a file", terminal.has("? keys"))
-        wait_for(lambda: "MetricsTrigger" in open(f"{folder}/output").read(), 5)
+        wait_for(lambda: open(f"{folder}/output").read().count("Received Valid Metric") >= 200, 5)
         terminal.keys("q")
-        check("and ends", terminal.has("ended 0"))
+        check("and ends", terminal.ended(0))
         output = open(f"{folder}/output").read()
         check("all lines are in the file", output.count("Received Valid Metric") >= 200
               and "\033" not in output)
 
         with open(f"{folder}/bad.jsonl", "w") as bad:
             bad.write("nonsense\n")
-        terminal.line(f"clear; {PROGRAM} --recording {folder}/bad.jsonl; echo ended $?")
+        terminal.run(f"{PROGRAM} --recording {folder}/bad.jsonl")
         check("before a complaint", terminal.has("? keys"))
-        time.sleep(0.3)
+        terminal.keys("l")
+        check("the complaint is in the strip", terminal.has("bad.jsonl:1: not JSON"))
         terminal.keys("q")
-        check("a complaint is repeated behind the pages", terminal.has("ended 1")
+        check("and is repeated behind the pages", terminal.ended(1)
               and terminal.has("bad.jsonl:1: not JSON"))
 
 
 def prints_text_where_there_is_no_screen():
+    playing = PLAYING + " --quiet"
     with Tmux(100, 60) as terminal:
         for name, why in [("dumb", 'a terminal of type "dumb" cannot place its cursor'),
                           ("nonsense", 'the terminal type "nonsense" is not known here')]:
-            terminal.line(f"clear; TERM={name} {PLAYING} --quiet --pages 'LTE NAS' --seconds 0.2; echo ended $?")
+            terminal.run(f"TERM={name} {playing} --pages 'LTE NAS' --seconds 0.2")
             check(f"TERM={name}: --pages prints text, and that is no surprise",
-                  terminal.has("ended 0") and not terminal.has("quorin: ", 0.1))
-            terminal.line(f"clear; TERM={name} {PLAYING} --quiet --seconds 0.2 2>&1 | "
-                          "grep -v '^ '; echo ended $?")
-            check(f"TERM={name}: a pipe", terminal.has("ended 0") and terminal.has("GSM Active Bearers"))
-            terminal.line(f"clear; TERM={name} {PLAYING} --quiet --seconds 0.2 >/dev/null; echo ended $?")
-            check(f"TERM={name}: a file", terminal.has("ended 0"))
-            terminal.line(f"clear; TERM={name} {PLAYING} --quiet --seconds 0.2 --screen | tail -n 1; echo ended $?")
-            check(f"TERM={name}: says why there is no screen",
-                  terminal.has(f"quorin: {why}; the pages are printed as text") and terminal.has("ended 0"))
-        terminal.line(f"clear; {PLAYING} --quiet | grep -c 'LTE RRC State   last'; echo ended")
-        check("a pipe takes text", terminal.has("ended") and "1" in terminal.screen())
+                  terminal.ended(0) and not any("quorin: " in row for row in terminal.screen()))
+            terminal.run(f"TERM={name} {playing} --seconds 0.2 2>&1 | grep -v '^ '")
+            check(f"TERM={name}: a pipe takes text",
+                  terminal.ended(0) and terminal.has("GSM Active Bearers"))
+            terminal.run(f"TERM={name} {playing} --seconds 0.2 --screen | tail -n 1")
+            check(f"TERM={name}: says why there is no screen", terminal.ended(0)
+                  and terminal.has(f"quorin: {why}; the pages are printed as text"))
+        terminal.run(f"{playing} | grep -c 'LTE RRC State   last'")
+        check("a page is printed under its key", terminal.ended(0) and "1" in terminal.screen())
     both = subprocess.run([PROGRAM, "--recording", RECORDING, "--screen", "--text"],
                           text=True, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
     check(f"--screen excludes --text: {both.stderr}",
           both.returncode == 2 and both.stderr.count("\n") == 1)
-    nowhere = subprocess.run([*PLAYING.split(), "--quiet", "--seconds", "0.2", "--screen"], text=True,
+    nowhere = subprocess.run([*playing.split(), "--seconds", "0.2", "--screen"], text=True,
                              stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
                              start_new_session=True)
     check(f"no terminal at all: {nowhere.stderr}", nowhere.returncode == 0

@@ -9,16 +9,19 @@ from private_bus import wait_for
 class Tmux:
     """One window; `environment` is the shell's."""
     def __init__(self, columns, rows, environment=None):
+        self.commands = 0
         self.folder = tempfile.TemporaryDirectory()
         self.socket = os.path.join(self.folder.name, "tmux")
-        environment = dict(environment or os.environ, LC_ALL="C.UTF-8", PS1="$ ", ENV="")
+        environment = dict(environment or os.environ, LC_ALL="C.UTF-8", ENV="")
         environment.pop("TMUX", None)
         self.environment = environment
-        self.call("-f", "/dev/null", "new-session", "-d", "-x", str(columns), "-y", str(rows),
+        settings = os.path.join(self.folder.name, "settings")
+        with open(settings, "w") as file:
+            file.write("set-option -g default-terminal screen-256color\n")
+        self.call("-f", settings, "new-session", "-d", "-x", str(columns), "-y", str(rows),
                   "ulimit -c 0; exec sh")
-        self.call("set-option", "-g", "default-terminal", "screen-256color")
-        self.call("set-option", "-g", "remain-on-exit", "off")
-        self.call("respawn-pane", "-k", "ulimit -c 0; exec sh")
+        if not wait_for(lambda: self.screen()[0]):
+            raise RuntimeError("no shell comes up")
 
     def __enter__(self):
         return self
@@ -38,6 +41,15 @@ class Tmux:
         """Types a command line."""
         self.call("send-keys", "-l", text)
         self.keys("Enter")
+
+    def run(self, command):
+        """Types a command line whose end `ended` can wait for."""
+        self.commands += 1
+        self.line(f"clear; {command}; echo ended-{self.commands} $?")
+
+    def ended(self, status, seconds=10):
+        """Waits until the latest command ended with this status."""
+        return self.has(f"ended-{self.commands} {status}", seconds)
 
     def screen(self):
         """Its rows, top first, without blanks at their ends."""
