@@ -22,7 +22,7 @@ struct Reachable {
   std::atomic<bool> inForce{false};
   std::array<int, 2> originals{};
   std::array<int, 2> pipes{};
-  std::array<std::atomic<bool>, 2> repeats{};
+  std::array<std::atomic<bool>, 2> passesOn{};
   std::array<char, 1024> latest{};  // of standard error, round and round
   std::atomic<std::size_t> written{0};
 };
@@ -72,7 +72,7 @@ OutputCapture::OutputCapture(LogStrip& strip) : _strip(strip) {
     close(ends[1]);
     reachable.originals[i] = stream.original;
     reachable.pipes[i] = stream.pipe;
-    reachable.repeats[i] = stream.passesOn || stream.number == STDERR_FILENO;
+    reachable.passesOn[i] = stream.passesOn;
   }
   reachable.inForce = true;
   _thread = std::thread([this] { run(); });
@@ -125,18 +125,21 @@ void OutputCapture::take(Stream& stream, std::string_view text) {
   _strip.add(stream.unfinished, text);
 }
 
-void OutputCapture::giveBackInHandler() {
+void OutputCapture::giveBackInHandler(int terminal) {
   if (!reachable.inForce.exchange(false)) return;
   for (std::size_t i = 0; i < reachable.originals.size(); ++i) {
-    const int original = reachable.originals[i];
     const int number = static_cast<int>(i) + 1;
-    dup2(original, number);
-    if (number == STDERR_FILENO && isatty(original) != 0) writeLatest(original);
+    dup2(reachable.originals[i], number);
+    const bool passesOn = reachable.passesOn[i];
+    const bool repeats = number == STDERR_FILENO && !passesOn;
+    if (repeats) writeLatest(terminal);
     fcntl(reachable.pipes[i], F_SETFL, O_NONBLOCK);
     std::array<char, 512> text;
     ssize_t size = 0;
     while ((size = read(reachable.pipes[i], text.data(), text.size())) > 0)
-      if (reachable.repeats[i]) writeAll(original, {text.data(), static_cast<std::size_t>(size)});
+      if (passesOn || repeats)
+        writeAll(passesOn ? reachable.originals[i] : terminal,
+                 {text.data(), static_cast<std::size_t>(size)});
   }
 }
 

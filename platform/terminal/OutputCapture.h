@@ -18,8 +18,9 @@ class OutputCapture {
   OutputCapture(const OutputCapture&) = delete;
   OutputCapture& operator=(const OutputCapture&) = delete;
 
-  /// Gives both back and repeats the latest of standard error. For signal handlers.
-  static void giveBackInHandler();
+  /// Gives both back. Repeats the latest of standard error on `terminal`, which must not make
+  /// anybody wait, where it pointed to a terminal. For signal handlers.
+  static void giveBackInHandler(int terminal);
 
  private:
   struct Stream {

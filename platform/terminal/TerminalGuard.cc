@@ -50,7 +50,7 @@ void giveBack() {
 // The signal's own action is back in force, and comes once the handler returns.
 void endedBy(int signal) {
   giveBack();
-  OutputCapture::giveBackInHandler();
+  OutputCapture::giveBackInHandler(reachable.terminal);
   raise(signal);
 }
 

@@ -13,6 +13,7 @@ import tempfile
 import termios
 import threading
 import time
+import traceback
 
 from private_bus import PrivateBus, wait_for
 from tmux import Tmux
@@ -53,7 +54,7 @@ def shown_rows(lines):
     rows = []
     for line in lines:
         start = len(line) - len(line.lstrip())
-        if start > (3 if sections else 1):
+        if rows and start > (3 if sections else 1):
             rows[-1][1:] = [rows[-1][1] + line.strip(), True]
         else:
             rows.append([sections and start == 1, re.sub(" +", " ", line.strip()), False])
@@ -86,7 +87,7 @@ def page_lines(screen):
     """The page's lines, of the column of fields where there are several: up to the first blank one."""
     columns = [line.split("│") for line in screen[1:-1]]
     lines = [(parts[2] if len(parts) > 2 else parts[0]).rstrip() for parts in columns]
-    return lines[:lines.index("")]
+    return lines[:lines.index("") if "" in lines else None]
 
 
 def walks_every_page():
@@ -113,7 +114,7 @@ def walks_every_page():
                         screen = terminal.screen()[:-1]
                         return screen[0] == bar and same_rows(shown_rows(page_lines(screen)), expected)
                     if not check(f"{technology} {category}", wait_for(is_shown, 8, 0.02)):
-                        print("\n".join(terminal.screen()), expected, sep="\n")
+                        print(f"instead of {expected}:", *page_lines(terminal.screen()), sep="\n")
                     if category == "CA Status":
                         resizes(terminal, bar)
                         terminal.resize(90, 60)
@@ -287,6 +288,9 @@ class SlowLine:
             env=dict(os.environ, TERM="xterm-256color", LC_ALL="C.UTF-8", TZ="UTC"))
         os.close(terminal)
 
+    def settings(self):
+        return termios.tcgetattr(self.end)[3]
+
     def burst(self, seconds, quiet=0.4):
         """The bytes that come within so many seconds until there is a pause behind them."""
         taken, end = b"", time.monotonic() + seconds
@@ -300,6 +304,22 @@ class SlowLine:
             elif taken:
                 break
         return taken
+
+
+def ends_although_the_terminal_takes_nothing():
+    line = SlowLine(PLAYING.split())
+    wait_for(lambda: line.settings() & termios.ECHO == 0, 5)
+    check("its settings are ours", line.settings() & (termios.ECHO | termios.ICANON) == 0)
+    for _ in range(100):  # each paints a screen, until the line is full
+        os.write(line.end, b"?")
+        time.sleep(0.02)
+    line.process.send_signal(signal.SIGTERM)
+    check("a stalled terminal does not hold up the end", wait_for(
+        lambda: line.process.poll() == -signal.SIGTERM, 12, 0.1))
+    check("its settings are as before",
+          line.settings() & (termios.ECHO | termios.ICANON) == termios.ECHO | termios.ICANON)
+    line.process.kill()
+    os.close(line.end)
 
 
 def sint(tag, value):
@@ -340,15 +360,24 @@ def repaints_five_values_over_a_slow_line():
         os.close(line.end)
 
 
-parts = [walks_every_page, leaves_a_clean_terminal, stops_and_goes_on, ends_with_its_terminal,
-         keeps_log_lines_apart, prints_text_where_there_is_no_screen]
-slow = threading.Thread(target=repaints_five_values_over_a_slow_line)
-slow.start()
-for part in parts:
+def run(part):
     start = time.monotonic()
-    part()
+    try:
+        part()
+    except Exception:  # the other parts still have their say
+        failures.append(f"{part.__name__}: {traceback.format_exc()}")
     print(f"{part.__name__}: {time.monotonic() - start:.1f} s")
-slow.join()
+
+
+slow = [threading.Thread(target=run, args=[part]) for part in
+        [repaints_five_values_over_a_slow_line, ends_although_the_terminal_takes_nothing]]
+for thread in slow:
+    thread.start()
+for part in [walks_every_page, leaves_a_clean_terminal, stops_and_goes_on, ends_with_its_terminal,
+             keeps_log_lines_apart, prints_text_where_there_is_no_screen]:
+    run(part)
+for thread in slow:
+    thread.join()
 for failure in failures:
     print("FAILED:", failure)
 sys.exit(1 if failures else 0)
