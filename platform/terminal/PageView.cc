@@ -121,6 +121,16 @@ void PageView::bringSelectionIntoSight(const PageViewLayout& layout) {
   _top = std::min(_top, highest);
 }
 
+// A covering header with the next one right below it would look like a section without rows.
+void PageView::passOverLoneHeader(const PageViewLayout& layout) {
+  const auto next = static_cast<std::size_t>(_top) + 1;
+  if (next >= layout.rows.size()) return;
+  const auto& lines = _page.lines();
+  const std::size_t covered = layout.rows[next - 1].line;
+  if (headerOf(covered) && !lines[covered].isHeader() && lines[layout.rows[next].line].isHeader())
+    ++_top;
+}
+
 void PageView::draw(Canvas& canvas, const Area& area, bool focused) {
   _follow |= area.rows != _height;
   _area = area;
@@ -136,6 +146,7 @@ void PageView::draw(Canvas& canvas, const Area& area, bool focused) {
   if (_follow) bringSelectionIntoSight(layout);
   _follow = false;
   _top = std::clamp(_top, 0, std::max(static_cast<int>(layout.rows.size()) - area.rows, 0));
+  passOverLoneHeader(layout);
   for (int row = 0; row < area.rows; ++row) {
     const auto at = static_cast<std::size_t>(_top + row);
     if (at >= layout.rows.size()) break;

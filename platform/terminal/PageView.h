@@ -72,6 +72,7 @@ class PageView final : public ScreenPageObserver {
  private:
   [[nodiscard]] std::optional<std::size_t> headerOf(std::size_t line) const;
   void bringSelectionIntoSight(const PageViewLayout& layout);
+  void passOverLoneHeader(const PageViewLayout& layout);
   void drawRow(Canvas& canvas, int row, const PageViewLayout& layout, const PageViewRow& shown,
                bool focused) const;
   void drawHints(Canvas& canvas, std::size_t rows) const;

@@ -12,10 +12,20 @@ constexpr std::string_view kHint = "? keys";
 constexpr std::string_view kLongHint = "Enter open  q back  / find  l log  ? keys";
 constexpr std::string_view kFirstHint = "Enter open  q quit  / find  l log  ? keys";
 
-std::string noteOf(const Annotation& annotation) {
-  std::string note = annotation.meaning;
-  if (!annotation.clause.empty()) note.append(note.empty() ? "" : "   ").append(annotation.clause);
-  return note;
+/// Meaning and clause in one line, or one below the other where that is too long. Empty: neither.
+std::vector<Glyphs> noteOf(const Annotation& annotation, int columns, Charset charset) {
+  const Glyphs meaning = glyphsOf(annotation.meaning, charset);
+  const Glyphs clause = glyphsOf(annotation.clause, charset);
+  const Glyphs gap = glyphsOf(meaning.empty() || clause.empty() ? "" : "   ", charset);
+  if (meaning.empty() && clause.empty()) return {};
+  std::vector<Glyphs> lines = wrapped(meaning, columns);
+  if (columnsOf(meaning) + columnsOf(gap) + columnsOf(clause) <= columns) {
+    lines[0].insert(lines[0].end(), gap.begin(), gap.end());
+    lines[0].insert(lines[0].end(), clause.begin(), clause.end());
+  } else if (!clause.empty()) {
+    for (Glyphs& line : wrapped(clause, columns)) lines.push_back(std::move(line));
+  }
+  return lines;
 }
 
 /// A page of texts alone, which needs no more room than its longest.
@@ -59,7 +69,8 @@ void TerminalScreen::draw(Canvas& canvas) {
   Area body{1, 0, canvas.rows() - 2, canvas.columns()};
   if (_help) return drawHelp(canvas, body);
   drawBar(canvas, _wide ? _views.size() - 1 : _focus);
-  if (const int notes = noteRows(canvas.columns(), canvas.charset()); notes > 0) {
+  if (const int notes = std::min(noteRows(canvas.columns(), canvas.charset()), canvas.rows() / 3);
+      notes > 0) {
     body.rows -= notes;
     drawNotes(canvas, {body.row + body.rows, 0, notes, body.columns});
   }
@@ -106,19 +117,19 @@ void TerminalScreen::drawBar(Canvas& canvas, std::size_t deepest) const {
 }
 
 int TerminalScreen::noteRows(int columns, Charset charset) const {
-  int widest = 0;
+  std::size_t rows = 0;
   for (const ScreenLine& line : view().page().lines())
-    widest = std::max(widest, columnsOf(glyphsOf(noteOf(line.annotation), charset)));
-  return widest == 0 ? 0 : widest <= columns - 2 ? 1 : 2;
+    rows = std::max(rows, noteOf(line.annotation, columns - 2, charset).size());
+  return static_cast<int>(rows);
 }
 
 void TerminalScreen::drawNotes(Canvas& canvas, const Area& area) const {
   const auto& lines = view().page().lines();
   if (view().selection() >= lines.size()) return;
-  const Glyphs note = glyphsOf(noteOf(lines[view().selection()].annotation), canvas.charset());
   int row = area.row;
-  for (const Glyphs& part : wrapped(note, area.columns - 2))
-    if (row < area.row + area.rows) canvas.put(row++, 1, area.columns - 2, part, Style::plain);
+  for (const Glyphs& line :
+       noteOf(lines[view().selection()].annotation, area.columns - 2, canvas.charset()))
+    if (row < area.row + area.rows) canvas.put(row++, 1, area.columns - 2, line, Style::plain);
 }
 
 void TerminalScreen::drawLog(Canvas& canvas, const Area& area) {

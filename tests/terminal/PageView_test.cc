@@ -177,13 +177,14 @@ TEST(PageView, ScrollsAndFindsTheLineAtAPlace) {
   page.drawn(4, 30);
   page.view->scroll(3);
   EXPECT_EQ(page.drawn(4, 30),
-            " Carrier 0                   ↑\n"
-            " Carrier 1\n"
+            " Carrier 1                   ↑\n"
             "   index   1\n"
-            "   pci     7                 ↓\n");
+            "   pci     7\n"
+            "   rsrp    -97 dBm           ↓\n")
+      << "a header without its rows is passed over";
   EXPECT_EQ(page.view->selection(), 1U);
-  EXPECT_EQ(page.view->lineAt(0, 5), 0U);
-  EXPECT_EQ(page.view->lineAt(2, 5), 5U);
+  EXPECT_EQ(page.view->lineAt(0, 5), 4U);
+  EXPECT_EQ(page.view->lineAt(2, 5), 6U);
   EXPECT_EQ(page.view->lineAt(4, 5), std::nullopt);
   EXPECT_EQ(page.view->lineAt(2, 30), std::nullopt);
   page.view->scroll(100);

@@ -128,6 +128,21 @@ TEST(TerminalScreen, TellsThePagesAgeEachSecond) {
   EXPECT_EQ(shown.draws, closed) << "a page without an age needs no timer";
 }
 
+TEST(TerminalScreen, SaysWhatTheSelectedValueMeans) {
+  Shown shown;
+  shown.service.deliver(osmin::kEventMetric, metricEvent(K_LTE_RRC_STATE, "10 03 20 e8 07 28 11"));
+  shown.press(U"j\rj\rG");
+  const Annotation cause = shown.screen->stack().top().lines().back().annotation;
+  ASSERT_NE(cause.clause, "");
+  EXPECT_THAT(shown.row(-2), EndsWith(std::string(cause.clause)));
+  const std::string narrow = shown.drawn(10, 40);
+  EXPECT_THAT(narrow,
+              HasSubstr("\n T310 expired: N310 out of sync, then\n no N311 in sync in time\n "))
+      << "on as many lines as it needs";
+  shown.press(U"g");
+  EXPECT_EQ(shown.row(-2), "") << "the first row has none; its place stays";
+}
+
 TEST(TerminalScreen, FindsWhileOneTypes) {
   Shown shown;
   shown.press(U"j\r/meas");
