@@ -43,6 +43,9 @@ void awaitSignals(const std::function<void(int)>& received) {
   do second = sigtimedwait(&endingSignals(), nullptr, &kLongestEnd);
   while (second < 0 && errno == EINTR);
   if (second > 0) signal = second;
+  struct sigaction action {};
+  sigaction(signal, nullptr, &action);
+  if (action.sa_handler == SIG_IGN) std::signal(signal, SIG_DFL);
   std::raise(signal);
   pthread_sigmask(SIG_UNBLOCK, &endingSignals(), nullptr);
 }

@@ -19,9 +19,10 @@ namespace {
 
 /// Those that end a program unless it does something about them; but for those that cannot be
 /// caught.
-constexpr int kSignals[] = {SIGABRT, SIGSEGV, SIGBUS,  SIGFPE,    SIGILL,  SIGSYS,  SIGTRAP,
-                            SIGQUIT, SIGPIPE, SIGALRM, SIGUSR1,   SIGUSR2, SIGXCPU, SIGXFSZ,
-                            SIGINT,  SIGTERM, SIGHUP,  SIGVTALRM, SIGPROF};
+constexpr int kErrors[] = {SIGABRT, SIGSEGV, SIGBUS,    SIGFPE,  SIGILL,  SIGSYS,
+                           SIGTRAP, SIGQUIT, SIGPIPE,   SIGALRM, SIGUSR1, SIGUSR2,
+                           SIGXCPU, SIGXFSZ, SIGVTALRM, SIGPROF};
+constexpr int kEndings[] = {SIGINT, SIGTERM, SIGHUP};
 
 /// What the handler needs, where it can reach it.
 struct Reachable {
@@ -54,7 +55,7 @@ void endedBy(int signal) {
   raise(signal);
 }
 
-/// Signals that somebody before us chose to ignore stay ignored.
+/// An error that somebody before us chose to ignore stays ignored.
 void catchSignals() {
   const stack_t stack{handlerStack.data(), 0, handlerStack.size()};
   sigaltstack(&stack, nullptr);
@@ -62,7 +63,8 @@ void catchSignals() {
   action.sa_handler = endedBy;
   action.sa_flags = static_cast<int>(SA_RESETHAND | SA_ONSTACK);
   sigfillset(&action.sa_mask);
-  for (int signal : kSignals) {
+  for (int signal : kEndings) sigaction(signal, &action, nullptr);
+  for (int signal : kErrors) {
     struct sigaction before {};
     sigaction(signal, nullptr, &before);
     if (before.sa_handler != SIG_IGN) sigaction(signal, &action, nullptr);
