@@ -1,5 +1,7 @@
 #include "basebandd/BusServer.h"
 
+#include <fcntl.h>
+#include <sys/epoll.h>
 #include <sys/socket.h>
 
 #include <cstring>
@@ -17,14 +19,27 @@ namespace {
 /// service.
 constexpr std::uint64_t kMostQueued = 16;
 
-/// A session's private connection.
+/// Metrics that the source gives in a row, so that clients are answered in between.
+constexpr std::size_t kMostAtOnce = 256;
+
+/// As many as one user may have connections to the system bus.
+constexpr std::size_t kMostClients = 256;
+
+/// A session's private connection. Nothing is read from it: a client that writes there, or closes
+/// its end, has lost it.
 class PeerChannel final : public EventChannel {
  public:
-  explicit PeerChannel(bus::PeerConnection connection) : _connection(std::move(connection)) {}
+  PeerChannel(bus::PeerConnection connection, sd_event* loop)
+      : _connection(std::move(connection)),
+        _end(fcntl(sd_bus_get_fd(_connection.get()), F_DUPFD_CLOEXEC, 3)) {
+    sd_event_source* input = nullptr;
+    (void)sd_event_add_io(loop, &input, _end.get(), EPOLLIN, onInput, this);
+    _input.reset(input);
+  }
 
   [[nodiscard]] bool isReady() const override {
     std::uint64_t queued = 0;
-    return sd_bus_is_open(_connection.get()) > 0 &&
+    return _connection && sd_bus_is_open(_connection.get()) > 0 &&
            sd_bus_get_n_queued_write(_connection.get(), &queued) >= 0 && queued < kMostQueued;
   }
 
@@ -39,7 +54,22 @@ class PeerChannel final : public EventChannel {
   }
 
  private:
+  // Until the greeting is over the connection reads for itself.
+  static int onInput(sd_event_source* /*source*/, int fd, std::uint32_t /*events*/, void* channel) {
+    auto& self = *static_cast<PeerChannel*>(channel);
+    const bool isGreeting =
+        sd_bus_is_open(self._connection.get()) > 0 && sd_bus_is_ready(self._connection.get()) <= 0;
+    char first = 0;
+    if (isGreeting || (recv(fd, &first, 1, MSG_PEEK) < 0 && errno == EAGAIN)) return 0;
+    self._connection = nullptr;
+    self._input = nullptr;
+    self._end = bus::Descriptor();
+    return 0;
+  }
+
   bus::PeerConnection _connection;
+  bus::Descriptor _end;
+  bus::EventSource _input;
 };
 
 struct Untrack {
@@ -60,16 +90,19 @@ BusServer::BusServer(sd_event* loop, std::unique_ptr<MetricSource> source)
 
 BusServer::~BusServer() = default;
 
-BusServer::Client& BusServer::client(const char* sender) {
-  auto& known = _clients[sender];
-  if (known) return *known;
-  known = std::make_unique<Client>(Client{*this, sender, nullptr});
+BusServer::Client* BusServer::client(sd_bus_message* call, std::string& reason) {
+  const char* sender = sd_bus_message_get_sender(call);
+  if (const auto known = _clients.find(sender); known != _clients.end()) return known->second.get();
+  if (_clients.size() >= kMostClients)
+    return reason = std::to_string(kMostClients) + " clients are served already", nullptr;
+  auto made = std::make_unique<Client>(Client{*this, sender, nullptr});
   sd_bus_track* track = nullptr;
-  if (sd_bus_track_new(_bus.get(), &track, onClientGone, known.get()) >= 0) {
-    known->track.reset(track);
-    (void)sd_bus_track_add_name(track, sender);
-  }
-  return *known;
+  int result = sd_bus_track_new(_bus.get(), &track, onClientGone, made.get());
+  made->track.reset(track);
+  // Fails for a caller that is gone already, and would not be seen to go.
+  if (result >= 0) result = sd_bus_track_add_name(track, sender);
+  if (result < 0) return reason = std::strerror(-result), nullptr;
+  return (_clients[sender] = std::move(made)).get();
 }
 
 int BusServer::onClientGone(sd_bus_track* /*track*/, void* client) {
@@ -97,9 +130,12 @@ struct BusServer::Methods {
     const char* command = nullptr;
     int result = sd_bus_message_read(message, "s", &command);
     if (result < 0) return result;
-    const XpcRef input = bus::readDictionary(message);
-    const std::string& name = self.client(sd_bus_message_get_sender(message)).name;
-    const auto answer = self._service.perform(name, command, input);
+    std::string reason;
+    const Client* caller = self.client(message, reason);
+    if (!caller) return refuse(message, SD_BUS_ERROR_LIMITS_EXCEEDED, reason);
+    const XpcRef input = bus::readDictionary(message, reason);
+    const auto answer = input ? self._service.perform(caller->name, command, input)
+                              : osmin::CommandResult{Service::kBadInput, "the input: " + reason};
     sd_bus_message* reply = nullptr;
     result = sd_bus_message_new_method_return(message, &reply);
     const bus::Message owned(reply);
@@ -110,6 +146,9 @@ struct BusServer::Methods {
   }
 
   static int eventsOn(BusServer& self, sd_bus_message* message) {
+    std::string reason;
+    const Client* caller = self.client(message, reason);
+    if (!caller) return refuse(message, SD_BUS_ERROR_LIMITS_EXCEEDED, reason);
     int ends[2];
     if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, ends) < 0) return -errno;
     bus::Descriptor ours(ends[0]);
@@ -120,8 +159,8 @@ struct BusServer::Methods {
     if (attached < 0) return attached;
     const int result = sd_bus_reply_method_return(message, "h", theirs.get());
     if (result < 0) return result;
-    self._service.eventsOn(self.client(sd_bus_message_get_sender(message)).name,
-                           std::make_shared<PeerChannel>(std::move(peer)));
+    self._service.eventsOn(caller->name,
+                           std::make_shared<PeerChannel>(std::move(peer), self._loop));
     return result;
   }
 
@@ -135,31 +174,46 @@ struct BusServer::Methods {
   }
 
   static int feed(BusServer& self, sd_bus_message* message) {
-    const XpcRef event = bus::readDictionary(message);
-    if (!event) return -EINVAL;
+    std::string reason;
+    const XpcRef event = bus::readDictionary(message, reason);
+    if (!event) return refuse(message, SD_BUS_ERROR_INVALID_ARGS, "the event: " + reason);
     const xpc_object_t id = xpc_dictionary_get_value(event.get(), osmin::kKeyMetricID);
     const xpc_object_t payload = xpc_dictionary_get_value(event.get(), osmin::kKeyPayload);
     if (!id || xpc_get_type(id) != xpc_type_t::int64 || !payload ||
         xpc_get_type(payload) != xpc_type_t::data)
-      return -EINVAL;
-    self._service.takeMetric(xpc_int64_get_value(id), make<Data>(xpc_data_get_bytes(payload)));
+      return refuse(message, SD_BUS_ERROR_INVALID_ARGS,
+                    "an event needs an integer kKeyMetricID and bytes as kKeyPayload");
+    if (!self._service.takeMetric(xpc_int64_get_value(id), make<Data>(xpc_data_get_bytes(payload)),
+                                  reason))
+      return refuse(message, SD_BUS_ERROR_INVALID_ARGS, reason);
     return sd_bus_reply_method_return(message, nullptr);
   }
 
+  // The source's time stands still while it is held.
   static int pause(BusServer& self, sd_bus_message* message) {
-    self._paused = true;
+    self._heldAt = self.sourceTime();
     return sd_bus_reply_method_return(message, nullptr);
   }
   static int resume(BusServer& self, sd_bus_message* message) {
-    self._paused = false;
+    self._behind = currentClock().uptime() - self.sourceTime();
+    self._heldAt.reset();
+    self._steps = 0;
     return sd_bus_reply_method_return(message, nullptr);
   }
+  // The first steps are taken before the answer.
   static int step(BusServer& self, sd_bus_message* message) {
     std::uint32_t count = 0;
     const int result = sd_bus_message_read(message, "u", &count);
     if (result < 0) return result;
+    if (!self._heldAt) return refuse(message, SD_BUS_ERROR_FAILED, "the source is not paused");
     self._steps += count;
+    self.advance();
     return sd_bus_reply_method_return(message, nullptr);
+  }
+
+ private:
+  static int refuse(sd_bus_message* message, const char* error, const std::string& reason) {
+    return sd_bus_reply_method_errorf(message, error, "%s", reason.c_str());
   }
 };
 
@@ -206,21 +260,27 @@ bool BusServer::start(std::string& reason) {
   return true;
 }
 
+Milliseconds BusServer::sourceTime() const {
+  return _heldAt.value_or(currentClock().uptime() - _behind);
+}
+
 void BusServer::advance() {
   const MetricSource::Sink take = [this](std::int64_t id, const Ref<Data>& payload) {
-    _service.takeMetric(id, payload);
+    std::string reason;
+    if (!_service.takeMetric(id, payload, reason)) systemLog("basebandd: the source: " + reason);
   };
-  for (; _paused && _steps > 0 && _source->next(); --_steps)
-    _source->advanceTo(*_source->next(), take);
-  if (!_paused) _source->advanceTo(currentClock().uptime(), take);
+  if (!_heldAt) _source->advanceTo(sourceTime(), take, kMostAtOnce);
+  for (std::size_t i = 0; _steps > 0 && _source->next() && i < kMostAtOnce; ++i, --_steps) {
+    _heldAt = std::max(*_heldAt, *_source->next());
+    _source->give(take);
+  }
   _service.deliver();
 }
 
 void BusServer::armTimer() {
   auto next = _service.nextDelivery();
-  const bool stepping = _paused && _steps > 0;
-  if (const auto due = _source->next(); due && (!_paused || stepping))
-    next = std::min(next.value_or(*due), stepping ? Milliseconds{0} : *due);
+  if (const auto due = _source->next(); due && (!_heldAt || _steps > 0))
+    next = std::min(next.value_or(Milliseconds::max()), _heldAt ? Milliseconds{0} : *due + _behind);
   if (!next) return (void)sd_event_source_set_enabled(_timer.get(), SD_EVENT_OFF);
   (void)sd_event_source_set_time(
       _timer.get(), static_cast<std::uint64_t>(std::chrono::microseconds(*next).count()));
@@ -260,10 +320,10 @@ std::string BusServer::status() const {
                        {"age_ms", m.age.count()}});
   }
   return Json{{"source", _source->description()},
-              {"paused", _paused},
+              {"paused", _heldAt.has_value()},
               {"sessions", sessions},
               {"metrics", metrics}}
-      .dump();
+      .dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
 }  // namespace quorin

@@ -22,7 +22,9 @@ class BusServer {
   struct Client;
   struct Methods;
 
-  [[nodiscard]] Client& client(const char* sender);
+  /// The caller, known from now on until it leaves the bus. Null: `reason` says why not.
+  [[nodiscard]] Client* client(sd_bus_message* call, std::string& reason);
+  [[nodiscard]] Milliseconds sourceTime() const;
   void advance();
   void armTimer();
   [[nodiscard]] std::string status() const;
@@ -33,8 +35,9 @@ class BusServer {
   sd_event* _loop;
   std::unique_ptr<MetricSource> _source;
   Service _service;
-  bool _paused = false;
-  std::uint64_t _steps = 0;                                 // metrics to give while held
+  std::optional<Milliseconds> _heldAt;  // the source's time, while it is held
+  Milliseconds _behind{0};              // how far the source's time is behind the clock
+  std::uint64_t _steps = 0;             // metrics to give while held
   std::map<std::string, std::unique_ptr<Client>> _clients;  // by unique bus name
   bus::Connection _bus;
   bus::EventSource _timer;

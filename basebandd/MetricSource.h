@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <limits>
 #include <optional>
 #include <string>
 
@@ -17,11 +18,18 @@ class MetricSource {
 
   virtual ~MetricSource() = default;
 
-  /// Gives the sink every metric that is due until `now` (uptime), in the order of their time.
-  virtual void advanceTo(Milliseconds now, const Sink& sink) = 0;
-
-  /// Uptime when `advanceTo` next has something to give; empty: never again.
+  /// Uptime when the next metric is due; empty: never again.
   [[nodiscard]] virtual std::optional<Milliseconds> next() const = 0;
+
+  /// Gives the sink the next metric, due or not. Requires: there is one.
+  virtual void give(const Sink& sink) = 0;
+
+  /// Gives the sink the metrics that are due until `now` (uptime), at most so many, in the order of
+  /// their time.
+  void advanceTo(Milliseconds now, const Sink& sink,
+                 std::size_t most = std::numeric_limits<std::size_t>::max()) {
+    for (; most > 0 && next() && *next() <= now; --most) give(sink);
+  }
 
   /// One line for people: what the source is and how it stands.
   [[nodiscard]] virtual std::string description() const = 0;

@@ -11,8 +11,8 @@ class ReplaySource final : public MetricSource {
   /// Requires: the recording has no error.
   explicit ReplaySource(PacedRecording recording) : _recording(std::move(recording)) {}
 
-  void advanceTo(Milliseconds now, const Sink& sink) override;
   [[nodiscard]] std::optional<Milliseconds> next() const override { return _recording.next(); }
+  void give(const Sink& sink) override;
   [[nodiscard]] std::string description() const override;
 
  private:

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "basebandd/excerpt.h"
 #include "metrics/registry/metric_ids.h"
 
 namespace quorin {
@@ -43,7 +44,7 @@ osmin::CommandResult Service::perform(const std::string& session, std::string_vi
   };
   const auto* row = std::ranges::find(kCommands, command, &Command::name);
   if (row == std::end(kCommands))
-    return {kUnknownCommand, "there is no command " + std::string(command)};
+    return {kUnknownCommand, "there is no command " + excerpt(command)};
   if (!input || xpc_get_type(input.get()) != xpc_type_t::dictionary)
     return badInput("the input is no dictionary");
   if (!integerUnder(input, osmin::kKeyAppID)) return badInput("kKeyAppID is no integer");
@@ -107,7 +108,11 @@ void Service::eventsOff(const std::string& name) {
   session->second.waiting.clear();
 }
 
-void Service::takeMetric(std::int64_t id, const Ref<Data>& payload) {
+bool Service::takeMetric(std::int64_t id, const Ref<Data>& payload, std::string& reason) {
+  if (std::ranges::find(kMetricIDs, id, &MetricID::id) == std::end(kMetricIDs))
+    return reason = "no metric has the ID " + std::to_string(id), false;
+  if (payload->length() > kMostPayloadBytes)
+    return reason = "a payload of more than 65536 bytes", false;
   const Milliseconds now = currentClock().uptime();
   Latest& latest = _latest[id];
   const bool changed = !areEqual(latest.payload, payload);
@@ -124,6 +129,7 @@ void Service::takeMetric(std::int64_t id, const Ref<Data>& payload) {
     enqueue(session, id, latest.event, early ? last->second + *wanted->second : now);
     flush(session, now);
   }
+  return true;
 }
 
 void Service::enqueue(Session& session, std::int64_t id, const XpcRef& event, Milliseconds due) {

@@ -47,6 +47,9 @@ class Service {
   static constexpr std::int32_t kBadConfiguration = 3;
   static constexpr std::int32_t kNoValue = 4;
 
+  /// The longest payload that it takes.
+  static constexpr std::size_t kMostPayloadBytes = 65'536;
+
   /// Carries out a command of the session of this name, which is made when it is new.
   [[nodiscard]] osmin::CommandResult perform(const std::string& session, std::string_view command,
                                              const XpcRef& input);
@@ -56,8 +59,9 @@ class Service {
   void eventsOff(const std::string& session);
   void sessionGone(const std::string& session) { _sessions.erase(session); }
 
-  /// Takes a metric from the source.
-  void takeMetric(std::int64_t id, const Ref<Data>& payload);
+  /// Takes a metric from the source. False: it is none that there is, or too long, as `reason`
+  /// says.
+  [[nodiscard]] bool takeMetric(std::int64_t id, const Ref<Data>& payload, std::string& reason);
 
   /// Sends what is due and what waited for its channel.
   void deliver();

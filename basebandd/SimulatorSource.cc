@@ -29,13 +29,11 @@ void SimulatorSource::runAhead() {
   }
 }
 
-void SimulatorSource::advanceTo(Milliseconds now, const Sink& sink) {
-  while (_startUptime.count() + _pending.front().at <= now.count()) {
-    const Event event = std::move(_pending.front());
-    _pending.pop_front();
-    if (_pending.empty()) runAhead();
-    sink(event.metricID, event.payload);
-  }
+void SimulatorSource::give(const Sink& sink) {
+  const Event event = std::move(_pending.front());
+  _pending.pop_front();
+  if (_pending.empty()) runAhead();
+  sink(event.metricID, event.payload);
 }
 
 std::optional<Milliseconds> SimulatorSource::next() const {

@@ -16,9 +16,9 @@ class SimulatorSource final : public MetricSource {
   /// The drive starts at this time of day (since 1970), which is this uptime.
   SimulatorSource(std::uint64_t seed, Milliseconds startOfDrive, Milliseconds startUptime);
 
-  void advanceTo(Milliseconds now, const Sink& sink) override;
   /// The drive never ends.
   [[nodiscard]] std::optional<Milliseconds> next() const override;
+  void give(const Sink& sink) override;
   [[nodiscard]] std::string description() const override;
 
  private:

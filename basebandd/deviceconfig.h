@@ -13,7 +13,7 @@ using DeviceConfig = std::map<std::int64_t, std::optional<Milliseconds>>;
 
 /// Reads a metric configuration: TOML, one table `[metrics]` whose keys are metric names such as
 /// K_LTE_RRC_STATE and whose values are "on change" or a period in milliseconds (100 to 3,600,000).
-/// Empty for anything else; `reason` then names the line.
+/// At most 65,536 bytes. Empty for anything else; `reason` then names the line.
 [[nodiscard]] std::optional<DeviceConfig> readDeviceConfig(Bytes text, std::string& reason);
 
 }  // namespace quorin

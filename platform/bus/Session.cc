@@ -9,6 +9,9 @@ namespace quorin::bus {
 
 namespace {
 
+/// Events read in a row, so that commands are answered in between.
+constexpr int kMostAtOnce = 64;
+
 struct PendingCommand {
   Session::Reply reply;
 };
@@ -103,6 +106,9 @@ int Session::onEventsReply(sd_bus_message* message, void* session, sd_bus_error*
   self._lastSequence = 0;
   if (!self._peer) return 1;
   (void)sd_bus_add_filter(self._peer.get(), nullptr, onEvent, session);
+  sd_event_source* after = nullptr;
+  (void)sd_event_add_post(self._loop, &after, afterEach, session);
+  self._afterEach.reset(after);
   if (self._reading)
     (void)sd_bus_attach_event(self._peer.get(), self._loop, SD_EVENT_PRIORITY_NORMAL);
   return 1;
@@ -131,12 +137,24 @@ int Session::onEvent(sd_bus_message* message, void* session, sd_bus_error* /*err
   std::uint64_t sequence = 0;
   const char* kind = nullptr;
   if (sd_bus_message_read(message, "ts", &sequence, &kind) < 0) return 1;
-  const XpcRef event = readDictionary(message);
+  std::string reason;
+  const XpcRef event = readDictionary(message, reason);
   if (!event) return 1;
   if (sequence > self._lastSequence + 1) self._missed += sequence - self._lastSequence - 1;
   self._lastSequence = sequence;
   self._sink(sequence, kind, event);
   return 1;
+}
+
+// What has come is read without waiting for each event anew.
+int Session::afterEach(sd_event_source* /*source*/, void* session) {
+  auto& self = *static_cast<Session*>(session);
+  int exitCode = 0;
+  for (int i = 0; i < kMostAtOnce && self._peer && self._reading &&
+                  sd_event_get_exit_code(self._loop, &exitCode) < 0;
+       ++i)
+    if (sd_bus_process(self._peer.get(), nullptr) <= 0) break;
+  return 0;
 }
 
 void Session::setReading(bool reading) {

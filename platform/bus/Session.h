@@ -44,6 +44,7 @@ class Session {
   static int onEventsReply(sd_bus_message* message, void* session, sd_bus_error* error);
   static int onOwnerChanged(sd_bus_message* message, void* session, sd_bus_error* error);
   static int onEvent(sd_bus_message* message, void* session, sd_bus_error* error);
+  static int afterEach(sd_event_source* source, void* session);
 
   void configureAgain();
 
@@ -58,6 +59,7 @@ class Session {
   Connection _control;
   Slot _ownerMatch;
   Slot _eventsCall;
+  EventSource _afterEach;
   PeerConnection _peer;
 };
 

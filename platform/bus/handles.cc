@@ -1,5 +1,7 @@
 #include "platform/bus/handles.h"
 
+#include <sys/socket.h>
+
 #include <cstdlib>
 #include <cstring>
 
@@ -47,8 +49,13 @@ PeerConnection openPeer(Descriptor descriptor, bool server) {
              [&] { return sd_bus_set_fd(bus, descriptor.get(), descriptor.get()); });
   PeerConnection connection(bus);
   if (result < 0) return nullptr;
-  (void)descriptor.take();  // the connection owns it now
-  return sd_bus_start(bus) < 0 ? nullptr : std::move(connection);
+  const int fd = descriptor.take();  // the connection owns it now
+  if (sd_bus_start(bus) < 0) return nullptr;
+  // sd-bus asks for 8 MiB; a slow reader shall not hold so much of what is past.
+  constexpr int kKernelBytes = 208 * 1024;
+  return setsockopt(fd, SOL_SOCKET, SO_SNDBUF, &kKernelBytes, sizeof kKernelBytes) < 0
+             ? nullptr
+             : std::move(connection);
 }
 
 }  // namespace quorin::bus

@@ -41,21 +41,31 @@ T readBasic(sd_bus_message* m, char type) {
   return value;
 }
 
-/// The value inside a variant of this type; null for types that dictionaries do not carry.
-XpcRef readValue(sd_bus_message* m, std::string_view type) {
+std::string_view readText(sd_bus_message* m) {
+  const char* text = readBasic<const char*>(m, 's');
+  return text ? text : "";
+}
+
+std::string_view readBytes(sd_bus_message* m) {
+  const void* bytes = nullptr;
+  std::size_t length = 0;
+  (void)sd_bus_message_read_array(m, 'y', &bytes, &length);
+  return {static_cast<const char*>(bytes), length};
+}
+
+/// The value inside a variant of this type; null for types that dictionaries do not carry, and for
+/// one that is too long.
+XpcRef readValue(sd_bus_message* m, std::string_view type, bool& isTooLong) {
   if (type == "x") return XpcRef(xpc_int64_create(readBasic<std::int64_t>(m, 'x')));
   if (type == "b") return XpcRef(xpc_bool_create(readBasic<int>(m, 'b') != 0));
   if (type == "d") return XpcRef(xpc_double_create(readBasic<double>(m, 'd')));
-  if (type == "s") return XpcRef(xpc_string_create(readBasic<const char*>(m, 's')));
   if (type == "g") return (void)readBasic<const char*>(m, 'g'), XpcRef(xpc_null_create());
-  if (type == "ay") {
-    const void* bytes = nullptr;
-    std::size_t length = 0;
-    (void)sd_bus_message_read_array(m, 'y', &bytes, &length);
-    return XpcRef(xpc_data_create(bytes, length));
-  }
-  (void)sd_bus_message_skip(m, nullptr);
-  return {};
+  if (type != "s" && type != "ay") return (void)sd_bus_message_skip(m, nullptr), XpcRef();
+  const std::string_view content = type == "s" ? readText(m) : readBytes(m);
+  isTooLong = content.size() > kMostBytesEach;
+  if (isTooLong) return {};
+  return XpcRef(type == "s" ? xpc_string_create(content)
+                            : xpc_data_create(content.data(), content.size()));
 }
 
 }  // namespace
@@ -73,18 +83,24 @@ int appendDictionary(sd_bus_message* m, xpc_object_t dictionary) {
   return result < 0 ? result : sd_bus_message_close_container(m);
 }
 
-XpcRef readDictionary(sd_bus_message* m) {
-  if (sd_bus_message_enter_container(m, 'a', "{sv}") <= 0) return {};
+XpcRef readDictionary(sd_bus_message* m, std::string& reason) {
+  const auto refuse = [&](std::string why) { return reason = std::move(why), XpcRef(); };
+  if (sd_bus_message_enter_container(m, 'a', "{sv}") <= 0) return refuse("there is no dictionary");
   XpcRef dictionary(xpc_dictionary_create(nullptr, nullptr, 0));
-  while (sd_bus_message_enter_container(m, 'e', "sv") > 0) {
-    const std::string key = readBasic<const char*>(m, 's');
+  for (std::size_t keys = 1; sd_bus_message_enter_container(m, 'e', "sv") > 0; ++keys) {
+    if (keys > kMostKeys) return refuse("more than 64 keys");
+    const std::string_view read = readText(m);
+    if (read.size() > kMostBytesEach) return refuse("a key of more than 1 MiB");
+    const std::string key(read);
     const char* type = nullptr;
-    if (sd_bus_message_peek_type(m, nullptr, &type) <= 0 || !type) return {};
+    if (sd_bus_message_peek_type(m, nullptr, &type) <= 0 || !type) return refuse("broken");
     const std::string held = type;
-    if (sd_bus_message_enter_container(m, 'v', held.c_str()) <= 0) return {};
-    const XpcRef value = readValue(m, held);
-    (void)sd_bus_message_exit_container(m);
-    (void)sd_bus_message_exit_container(m);
+    if (sd_bus_message_enter_container(m, 'v', held.c_str()) <= 0) return refuse("broken");
+    bool isTooLong = false;
+    const XpcRef value = readValue(m, held, isTooLong);
+    if (isTooLong) return refuse("a value of more than 1 MiB");
+    if (sd_bus_message_exit_container(m) < 0 || sd_bus_message_exit_container(m) < 0)
+      return refuse("broken");
     if (value) xpc_dictionary_set_value(dictionary.get(), key.c_str(), value.get());
   }
   (void)sd_bus_message_exit_container(m);

@@ -31,8 +31,8 @@ bool same(const ScreenLine& a, const ScreenLine& b) {
 char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
 bool contains(std::string_view text, std::string_view part) {
-  const auto same = [](char a, char b) { return lower(a) == lower(b); };
-  return std::search(text.begin(), text.end(), part.begin(), part.end(), same) != text.end() ||
+  const auto equal = [](char a, char b) { return lower(a) == lower(b); };
+  return std::search(text.begin(), text.end(), part.begin(), part.end(), equal) != text.end() ||
          part.empty();
 }
 

@@ -78,6 +78,9 @@ void Appearance::apply(const QString& group, const QString& key, const QVariant&
   emit changed();
 }
 
-void Appearance::accessibilityActiveChanged(bool /*active*/) { emit changed(); }
+void Appearance::accessibilityActiveChanged(bool active) {
+  _accessible = active;
+  emit changed();
+}
 
 }  // namespace quorin

@@ -26,7 +26,7 @@ class Appearance final : public QObject, private QAccessible::ActivationObserver
 
   [[nodiscard]] bool dark() const { return _darkAsked.value_or(_dark); }
   [[nodiscard]] double textSize() const;
-  [[nodiscard]] bool accessible() const { return QAccessible::isActive(); }
+  [[nodiscard]] bool accessible() const { return _accessible; }
 
  signals:
   void changed();
@@ -43,6 +43,7 @@ class Appearance final : public QObject, private QAccessible::ActivationObserver
   std::optional<double> _textScaleAsked;
   bool _dark = false;
   double _textScale = 1;
+  bool _accessible = QAccessible::isActive();
 };
 
 }  // namespace quorin

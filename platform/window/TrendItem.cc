@@ -48,7 +48,8 @@ void TrendItem::paint(QPainter* painter) {
   const double margin = 2;
   const auto start = points().front().uptime;
   const double length = static_cast<double>((points().back().uptime - start).count());
-  const auto [lowest, highest] = trend()->range();
+  const double lowest = minimum();
+  const double highest = maximum();
   const auto place = [&](const Trend::Point& point) {
     const double along = static_cast<double>((point.uptime - start).count()) / length;
     const double up = highest > lowest ? (point.value - lowest) / (highest - lowest) : 0.5;

@@ -4,15 +4,11 @@ extern void qml_register_types_org_quorin_window();
 
 namespace quorin {
 
-namespace {
-
-// The linker would leave out what registers the QML types, since only data names it.
-[[maybe_unused]] void (*volatile const kQmlTypes)() = qml_register_types_org_quorin_window;
-
-}  // namespace
-
 WindowScreen::WindowScreen(UIApplication& application, const WindowLook& look)
     : _stack(application), _model(_stack), _appearance(look.dark, look.textScale) {
+  // The linker would leave out what registers the QML types, since only data names it.
+  void (*volatile const types)() = qml_register_types_org_quorin_window;
+  (void)types;
   _engine.addImportPath("qrc:/");
   _engine.setInitialProperties({{"stack", QVariant::fromValue(&_model)},
                                 {"appearance", QVariant::fromValue(&_appearance)},

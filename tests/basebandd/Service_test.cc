@@ -52,7 +52,8 @@ struct Rig {
   }
   void switchOn() { service.eventsOn(":1.1", channel); }
   void metric(std::int64_t id, std::string_view payload) {
-    service.takeMetric(id, make<Data>(bytes(payload)));
+    std::string reason;
+    EXPECT_TRUE(service.takeMetric(id, make<Data>(bytes(payload)), reason)) << reason;
   }
   osmin::CommandResult query(std::int64_t metricID, std::int64_t triggerID) {
     return perform(osmin::kCommandQueryMetric,
@@ -195,6 +196,33 @@ TEST(Service, KeepsSessionsApart) {
   EXPECT_THAT(other->take(), ElementsAre("1: 3CD302 02")) << "a slow session holds up no other";
   rig.service.sessionGone(":1.2");
   EXPECT_EQ(rig.service.sessions().size(), 1U);
+}
+
+TEST(Service, RefusesWhatItCouldNotHoldForEver) {
+  Rig rig;
+  std::string reason;
+  EXPECT_FALSE(rig.service.takeMetric(7, make<Data>(bytes("01")), reason));
+  EXPECT_EQ(reason, "no metric has the ID 7");
+  const std::vector<std::uint8_t> longest(Service::kMostPayloadBytes);
+  EXPECT_TRUE(rig.service.takeMetric(K_SIM_FILE_INFO, make<Data>(longest), reason));
+  const std::vector<std::uint8_t> longer(Service::kMostPayloadBytes + 1);
+  EXPECT_FALSE(rig.service.takeMetric(K_SIM_FILE_INFO, make<Data>(longer), reason));
+  EXPECT_EQ(reason, "a payload of more than 65536 bytes");
+  EXPECT_EQ(rig.service.metrics().size(), 1U);
+  EXPECT_EQ(rig.service.metrics()[0].count, 1U);
+}
+
+TEST(Service, RepeatsOnlyTheBeginningOfALongCommand) {
+  Rig rig;
+  const auto answered = [&](const std::string& command) {
+    return rig.perform(command.c_str(), commandInput({})).message;
+  };
+  EXPECT_EQ(answered(std::string(64, 'x')), "there is no command " + std::string(64, 'x'));
+  EXPECT_EQ(answered(std::string(1'000'000, 'x')),
+            "there is no command " + std::string(64, 'x') + "...");
+  EXPECT_EQ(answered(std::string(63, 'x') + "\u20ac\u20ac"),
+            "there is no command " + std::string(63, 'x') + "...")
+      << "whole characters";
 }
 
 TEST(Service, TellsHowItsMetricsStand) {

@@ -14,7 +14,8 @@ std::optional<DeviceConfig> readText(std::string_view text, std::string& reason)
 TEST(DeviceConfig, NamesMetricsWithAPeriodOrOnChange) {
   std::string reason;
   const auto config = readText(
-      "# comment\n[metrics]\nK_LTE_RRC_STATE = \"on change\"\nK_LTE_TX_POWER = 1000\n", reason);
+      "# commentaire écrit\n[metrics]\nK_LTE_RRC_STATE = \"on change\"\nK_LTE_TX_POWER = 1000\n",
+      reason);
   ASSERT_TRUE(config) << reason;
   EXPECT_EQ(*config,
             (DeviceConfig{{K_LTE_RRC_STATE, std::nullopt}, {K_LTE_TX_POWER, Milliseconds{1000}}}));
@@ -52,6 +53,8 @@ constexpr Refused kRefused[] = {
     {"[metrics]\nK_LTE_TX_POWER = 1000.0\n",
      "line 2: K_LTE_TX_POWER is neither \"on change\" nor a period in milliseconds"},
     {"[other]\n", "line 1: other is unknown; only [metrics] is read"},
+    {"[metrics]\nK_0123456789_0123456789_0123456789_0123456789_0123456789_0123456789_ = 1\n",
+     "line 2: K_0123456789_0123456789_0123456789_0123456789_0123456789_0123456... is no metric"},
     {"metrics = 1\n", "line 1: metrics is unknown; only [metrics] is read"},
 };
 
@@ -63,10 +66,38 @@ TEST(DeviceConfig, IsRefusedWithLineAndReason) {
   }
 }
 
+TEST(DeviceConfig, HasALimitOfItsSize) {
+  std::string reason;
+  std::string text = std::string("[metrics]\nK_LTE_TX_POWER = 1000\n#");
+  text.resize(65'536, '-');
+  EXPECT_TRUE(readText(text, reason)) << reason;
+  EXPECT_FALSE(readText(text + "-", reason));
+  EXPECT_EQ(reason, "line 1: more than 65536 bytes");
+}
+
+TEST(DeviceConfig, ThatNestsWithoutEndIsRefused) {
+  const auto nested = [](std::string text, const char* deeper, int times) {
+    while (times-- > 0) text += deeper;
+    return text;
+  };
+  for (const std::string& text :
+       {nested("a", ".a", 1000) + "=1\n", nested("a", ".a", 30'000) + "=1",
+        nested("[a", ".a", 30'000) + "]\n", nested("a=", "[", 30'000), nested("a=", "{a=", 20'000),
+        nested("", "[[a]]\n", 9'000)}) {
+    std::string reason;
+    EXPECT_FALSE(readText(text, reason));
+    EXPECT_TRUE(reason.starts_with("line ")) << reason;
+    EXPECT_LT(reason.size(), 200U) << reason;
+  }
+}
+
 TEST(DeviceConfig, ThatIsNoTomlIsRefusedWithItsLine) {
   std::string reason;
   EXPECT_FALSE(readText("[metrics]\nK_LTE_TX_POWER = = 5\n", reason));
   EXPECT_TRUE(reason.starts_with("line 2: ")) << reason;
+  EXPECT_FALSE(readText("[metrics]\nK_LTE_TX_POWER = 1000 \u00e9\n", reason));
+  for (const char* text : {"[[[", "[[.", "[", "a", "a.", ".a", "=", "a = {", "a = [", "'"})
+    EXPECT_FALSE(readText(text, reason)) << text;
   EXPECT_FALSE(readText(std::string_view("\xff\xfe\x00", 3), reason));
   EXPECT_TRUE(reason.starts_with("line 1: ")) << reason;
 }

@@ -76,6 +76,17 @@ class Window:
         subprocess.run(["import", "-window", self.id, path], check=True)
 
 
+def nothing_while_it_changes(question):
+    """None, as long as nodes go while they are read."""
+    def asked(*arguments):
+        from gi.repository import GLib
+        try:
+            return question(*arguments)
+        except GLib.Error:
+            return None
+    return asked
+
+
 class Reader:
     """What a screen reader learns of the application, read anew at each question."""
 
@@ -99,6 +110,7 @@ class Reader:
                     found.append((node.getRoleName(), node.name, node.description))
         return found
 
+    @nothing_while_it_changes
     def page(self, title):
         """The direct children of the list with this title, or None."""
         for application in self.atspi.Registry.getDesktop(0):
@@ -106,11 +118,14 @@ class Reader:
                 continue
             for node in self._walk(application):
                 if node.getRoleName() == "list" and node.name == title:
-                    children = (node.getChildAtIndex(i) for i in range(node.childCount))
+                    children = [node.getChildAtIndex(i) for i in range(node.childCount)]
+                    if None in children:  # it changes at this moment
+                        return None
                     return [(child.getRoleName(), child.name, child.description)
                             for child in children]
         return None
 
+    @nothing_while_it_changes
     def node(self, role, name):
         for application in self.atspi.Registry.getDesktop(0):
             if application is None or application.name != "quorin":
@@ -126,6 +141,7 @@ class Reader:
         names = [action.getName(i) for i in range(action.nActions)]
         action.doAction(names.index("Press"))
 
+    @nothing_while_it_changes
     def focused(self):
         """Role and name of the focused line."""
         for application in self.atspi.Registry.getDesktop(0):

@@ -1,5 +1,6 @@
 """A private bus with the service on it, for the end-to-end tests. Nothing of the system's own bus is
 touched."""
+import json
 import os
 import pathlib
 import signal
@@ -11,7 +12,8 @@ CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Con
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
 <busconfig><type>custom</type><listen>unix:path={path}</listen><auth>EXTERNAL</auth>
 <policy context="default"><allow user="*"/><allow own="*"/><allow send_destination="*"/>
-<allow receive_sender="*"/><allow eavesdrop="true"/></policy></busconfig>"""
+<allow receive_sender="*"/><allow eavesdrop="true"/></policy>
+<limit name="max_connections_per_user">1000</limit></busconfig>"""
 
 
 def wait_for(what, seconds=10, every=0.01):
@@ -25,6 +27,25 @@ def wait_for(what, seconds=10, every=0.01):
     return None
 
 
+def resident_kilobytes(process):
+    for line in open(f"/proc/{process.pid}/status"):
+        if line.startswith("VmRSS"):
+            return int(line.split()[1])
+
+
+def open_files(process):
+    return len(os.listdir(f"/proc/{process.pid}/fd"))
+
+
+def pages_of(text):
+    """The last printed block of each page, without its age."""
+    pages = {}
+    for block in text.split("\n\n"):
+        lines = block.strip("\n").split("\n")
+        pages[lines[0].split("   ")[0]] = lines[1:]
+    return pages
+
+
 class PrivateBus:
     def __init__(self, programs):
         self.programs = programs
@@ -32,7 +53,10 @@ class PrivateBus:
         path = pathlib.Path(self.folder.name) / "bus"
         configuration = pathlib.Path(self.folder.name) / "bus.conf"
         configuration.write_text(CONFIGURATION.format(path=path))
-        self.environment = dict(os.environ, BASEBAND_BUS_ADDRESS=f"unix:path={path}", TZ="UTC")
+        self.address = f"unix:path={path}"
+        # What the address sanitizer holds back would look like growth of the service.
+        self.environment = dict(os.environ, BASEBAND_BUS_ADDRESS=self.address, TZ="UTC",
+                                ASAN_OPTIONS="quarantine_size_mb=1")
         self.processes = []
         self.start(["dbus-daemon", f"--config-file={configuration}", "--nofork"],
                    stderr=subprocess.DEVNULL)
@@ -54,6 +78,20 @@ class PrivateBus:
         process = subprocess.Popen(command, env=self.environment, text=True, **options)
         self.processes.append(process)
         return process
+
+    def status(self):
+        return json.loads(self.run("metricctl", "status", "--json").stdout)
+
+    def calls_during(self, work):
+        """What dbus-monitor sees of the calls to the service while `work` runs."""
+        monitor = self.start(["dbus-monitor", "--address", self.address,
+                              "type='method_call',interface='org.brennic.BasebandManager1'"],
+                             stdout=subprocess.PIPE)
+        wait_for(lambda: False, seconds=0.3)
+        work()
+        self.run("metricctl", "status")  # its call pushes what the monitor still buffers
+        monitor.terminate()
+        return monitor.communicate()[0]
 
     def run(self, program, *arguments, **options):
         return subprocess.run([f"{self.programs}/{program}", *arguments], env=self.environment,

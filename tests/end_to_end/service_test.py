@@ -2,59 +2,36 @@
 and metricctl as its clients."""
 import json
 import os
+import pathlib
 import re
+import shutil
 import signal
 import subprocess
 import sys
 import time
 
-from private_bus import PrivateBus, wait_for
+from checks import check, run
+from private_bus import PrivateBus, pages_of, resident_kilobytes, wait_for
 
 BIN, RECORDING = sys.argv[1], sys.argv[2]
 REPLAY = ["--source", "replay", "--recording", RECORDING]
-failures = []
 
 
-def check(what, condition):
-    if not condition:
-        failures.append(what)
-
-
-def status(bus):
-    return json.loads(bus.run("metricctl", "status", "--json").stdout)
-
-
-def resident_kilobytes(process):
-    for line in open(f"/proc/{process.pid}/status"):
-        if line.startswith("VmRSS"):
-            return int(line.split()[1])
-
-
-def pages_of(text):
-    """The last printed block of each page, without its age."""
-    pages = {}
-    for block in text.split("\n\n"):
-        lines = block.strip("\n").split("\n")
-        pages[lines[0].split("   ")[0]] = lines[1:]
-    return pages
+def commands_and_events(calls):
+    order = re.findall(r'member=(\w+)|string "(kCommand\w+)"', calls)
+    return [b or a for a, b in order if b or a.startswith("Events")]
 
 
 def the_application_starts_up_in_order_and_shows_every_metric():
     with PrivateBus(BIN) as bus:
         bus.service(*REPLAY, "--speed", "max")
-        monitor = bus.start(["dbus-monitor", "--address", bus.environment["BASEBAND_BUS_ADDRESS"],
-                             "type='method_call',interface='org.brennic.BasebandManager1'"],
-                            stdout=subprocess.PIPE)
-        wait_for(lambda: False, seconds=0.3)
-        shown = bus.run("quorin-terminal", "--seconds", "4", "--quiet")
-        bus.run("metricctl", "status")  # its call pushes what the monitor still buffers
-        monitor.terminate()
-        calls = monitor.communicate()[0]
-    order = re.findall(r'member=(\w+)|string "(kCommand\w+)"', calls)
-    check(f"clear, push, listen, query: {order}",
-          [b or a for a, b in order if b or a.startswith("Events")] ==
-          ["EventsOn", "kCommandClearConfiguration", "kCommandAddConfiguration", "EventsOff",
-           "EventsOn", "kCommandQueryMetric"])
+        shown = []
+        calls = bus.calls_during(
+            lambda: shown.append(bus.run("quorin-terminal", "--seconds", "4", "--quiet")))
+    order = commands_and_events(calls)
+    check(f"clear, push, listen, query: {order}", order == [
+        "EventsOn", "kCommandClearConfiguration", "kCommandAddConfiguration", "EventsOff", "EventsOn",
+        "kCommandQueryMetric"])
     query = calls[calls.rindex("kCommandQueryMetric"):]
     entries = re.findall(r'string "(kKey\w+)"\s+variant\s+int64 (\d+)', query)
     check(f"the query's keys and values: {entries}", entries == [
@@ -65,7 +42,7 @@ def the_application_starts_up_in_order_and_shows_every_metric():
         loopback = subprocess.run([f"{BIN}/quorin-terminal", "--recording", RECORDING, "--speed", "max",
                                    "--quiet"], text=True, stdout=subprocess.PIPE,
                                   stderr=subprocess.DEVNULL, env=dict(os.environ, TZ="UTC"))
-    expected, got = pages_of(loopback.stdout), pages_of(shown.stdout)
+    expected, got = pages_of(loopback.stdout), pages_of(shown[0].stdout)
     check("43 pages are shown", len(expected) == 43)
     for key in expected:
         check(f"{key}: {got.get(key)} instead of {expected[key]}", got.get(key) == expected[key])
@@ -78,12 +55,51 @@ def the_application_ends_in_order_while_events_flow():
         check(f"it ends with 0: {ended.stderr[-2000:]}", ended.returncode == 0)
 
 
+def the_application_with(configuration, folder):
+    """The application with another configuration in its bundle."""
+    for part in ("bin", "share/quorin"):
+        pathlib.Path(folder, part).mkdir(parents=True, exist_ok=True)
+    program = pathlib.Path(folder, "bin/quorin-terminal")
+    if not program.exists():
+        shutil.copy(f"{BIN}/quorin-terminal", program)
+    pathlib.Path(folder, "share/quorin/zef_test_lte.deviceconfig").write_text(configuration)
+    return str(program)
+
+
 def a_refused_configuration_stops_the_start_up():
+    good = 'K_LTE_RRC_STATE = "on change"\n'
     with PrivateBus(BIN) as bus:
-        bus.service(*REPLAY)
+        bus.service(*REPLAY, "--speed", "max")
+        for configuration, reason in [
+                (f"[metrics]\n{good}K_NONSENSE = 1000\n", "3 msg=line 3: K_NONSENSE is no metric"),
+                (f"[metrics]\n{good}\nK_LTE_NAS = = 5\n", "3 msg=line 4: "),
+                ("[metrics]\n" + good + "#" * 65536, "3 msg=line 1: more than 65536 bytes")]:
+            program, ended = the_application_with(configuration, bus.folder.name), []
+            order = commands_and_events(bus.calls_during(lambda: ended.append(subprocess.run(
+                [program, "--seconds", "0.5", "--pages", "LTE RRC State"], env=bus.environment,
+                text=True, stdout=subprocess.PIPE, stderr=subprocess.PIPE))))
+            out, err = ended[0].stdout, ended[0].stderr
+            check(f"it is logged with its status, line and reason: {err}", re.search(
+                r"addVantorConfigForAppId:andProtofFilePath:\]: error=" + re.escape(reason), err))
+            check(f"no listening and no query after it: {order}", order == [
+                "EventsOn", "kCommandClearConfiguration", "kCommandAddConfiguration"])
+            check(f"and the pages come up without values: {out}",
+                  ended[0].returncode == 0 and "pushing metric file\n" in out
+                  and "Querying SIM files" not in out and "LTE RRC State   never received" in out)
         refused = bus.run("metricctl", "watch", "K_NONSENSE")
         check("metricctl names an unknown metric", refused.returncode == 2
               and refused.stderr == "metricctl: there is no metric K_NONSENSE\n")
+
+
+def the_sim_files_come_because_they_are_asked_for():
+    with PrivateBus(BIN) as bus:
+        bus.service(*REPLAY, "--speed", "max")
+        program = the_application_with('[metrics]\nK_LTE_RRC_STATE = "on change"\n', bus.folder.name)
+        shown = subprocess.run([program, "--seconds", "1", "--pages", "Device Info SIM Files"],
+                               env=bus.environment, text=True, stdout=subprocess.PIPE,
+                               stderr=subprocess.DEVNULL).stdout
+        check(f"and not because they are configured: {shown}",
+              "Metric ID in Hex = 3C0013\n" in shown and "SIM Content 0\n" in shown)
 
 
 def without_a_service_commands_fail_at_once():
@@ -124,10 +140,10 @@ def a_slow_client_costs_the_others_nothing():
     with PrivateBus(BIN) as bus:
         service = bus.service(*REPLAY, "--speed", "max", "--loop")
         slow = bus.start([f"{BIN}/metricctl", "watch", "--json"], stdout=subprocess.DEVNULL)
-        wait_for(lambda: len([s for s in status(bus)["sessions"] if s["sent"] > 0]) == 1)
+        wait_for(lambda: len([s for s in bus.status()["sessions"] if s["sent"] > 0]) == 1)
         slow.send_signal(signal.SIGSTOP)
-        held = wait_for(lambda: [s for s in status(bus)["sessions"] if s["dropped"] > 1000])
-        check(f"what a stopped client misses is counted: {status(bus)['sessions']}", held)
+        held = wait_for(lambda: [s for s in bus.status()["sessions"] if s["dropped"] > 1000])
+        check(f"what a stopped client misses is counted: {bus.status()['sessions']}", held)
         check("and bounded", held and all(s["waiting"] <= 31 for s in held))
         before = resident_kilobytes(service)
         watchers = [bus.start([f"{BIN}/metricctl", "watch", "--count", "50"], stdout=subprocess.DEVNULL)
@@ -135,25 +151,9 @@ def a_slow_client_costs_the_others_nothing():
         check("64 clients at once are served", all(w.wait(timeout=60) == 0 for w in watchers))
         grown = resident_kilobytes(service) - before
         check(f"the service's memory stays bounded: {grown} kB more", grown < 32 * 1024)
-        check("clients that left are forgotten", wait_for(lambda: len(status(bus)["sessions"]) == 1))
+        check("clients that left are forgotten", wait_for(lambda: len(bus.status()["sessions"]) == 1))
         service.send_signal(signal.SIGTERM)
         check("SIGTERM ends it in order", service.wait(timeout=10) == 0)
-
-
-def malformed_calls_change_nothing():
-    with PrivateBus(BIN) as bus:
-        service = bus.service(*REPLAY, "--speed", "max")
-        for call in [["Perform"], ["Perform", "s", "x"], ["Perform", "sa{sv}", "x", "0"],
-                     ["Perform", "sa{sv}", "kCommandAddConfiguration", "1", "kKeyAppID", "s", "x"],
-                     ["Perform", "sa{sv}", "kCommandAddConfiguration", "1", "kKeyAppID", "as", "0"],
-                     ["Feed", "a{sv}", "0"], ["Feed", "s", "x"], ["Step", "s", "x"],
-                     ["Nonsense"], ["EventsOn", "s", "x"]] * 3:
-            subprocess.run(["busctl", "--address", bus.environment["BASEBAND_BUS_ADDRESS"], "call",
-                            "org.brennic.BasebandManager1", "/org/brennic/BasebandManager1",
-                            "org.brennic.BasebandManager1", *call], stdout=subprocess.DEVNULL,
-                           stderr=subprocess.DEVNULL)
-        check("the service lives", service.poll() is None
-              and bus.run("metricctl", "watch", "--count", "5").returncode == 0)
 
 
 def a_recording_can_be_made_and_handed_back():
@@ -163,11 +163,11 @@ def a_recording_can_be_made_and_handed_back():
         check("record ends with 0", bus.run("metricctl", "record", made, "--count", "30").returncode == 0)
         lines = [json.loads(line) for line in open(made)]
         check("30 metrics are recorded", len({line["kKeyMetricID"] for line in lines}) == 30)
-        counts = {m["id"]: m["count"] for m in status(bus)["metrics"]}
+        counts = {m["id"]: m["count"] for m in bus.status()["metrics"]}
         check("replay ends with 0",
               bus.run("metricctl", "replay", made, "--speed", "0").returncode == 0)
         check("and reaches the service",
-              {m["id"]: m["count"] for m in status(bus)["metrics"]} ==
+              {m["id"]: m["count"] for m in bus.status()["metrics"]} ==
               {id: count + 1 for id, count in counts.items()})
 
 
@@ -189,15 +189,8 @@ def wrong_use_is_one_clear_line():
                                    "another service has this name\n")
 
 
-for test in [the_application_starts_up_in_order_and_shows_every_metric,
-             the_application_ends_in_order_while_events_flow,
-             a_refused_configuration_stops_the_start_up, without_a_service_commands_fail_at_once,
-             events_flow_again_after_the_service_was_killed, a_slow_client_costs_the_others_nothing,
-             malformed_calls_change_nothing, a_recording_can_be_made_and_handed_back,
-             wrong_use_is_one_clear_line]:
-    started = time.monotonic()
-    test()
-    print(f"{test.__name__}: {time.monotonic() - started:.1f} s")
-for failure in failures:
-    print("FAILED:", failure)
-sys.exit(1 if failures else 0)
+run(the_application_starts_up_in_order_and_shows_every_metric,
+    the_application_ends_in_order_while_events_flow, a_refused_configuration_stops_the_start_up,
+    the_sim_files_come_because_they_are_asked_for, without_a_service_commands_fail_at_once,
+    events_flow_again_after_the_service_was_killed, a_slow_client_costs_the_others_nothing,
+    a_recording_can_be_made_and_handed_back, wrong_use_is_one_clear_line)

@@ -24,6 +24,9 @@ constexpr Command kCommands[] = {
     {"record", "Record the service's events", recordCommand},
     {"replay", "Hand a recording to the running service", replayCommand},
     {"status", "Show the service's sessions and metrics", statusCommand},
+    {"pause", "Hold the service's source", pauseCommand},
+    {"step", "Let the paused source give so many metrics", stepCommand},
+    {"resume", "Let the source go on where it stands", resumeCommand},
 };
 
 }  // namespace

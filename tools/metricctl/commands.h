@@ -21,6 +21,9 @@ using Action = std::function<int()>;
 [[nodiscard]] Action recordCommand(CLI::App& arguments);
 [[nodiscard]] Action replayCommand(CLI::App& arguments);
 [[nodiscard]] Action statusCommand(CLI::App& arguments);
+[[nodiscard]] Action pauseCommand(CLI::App& arguments);
+[[nodiscard]] Action resumeCommand(CLI::App& arguments);
+[[nodiscard]] Action stepCommand(CLI::App& arguments);
 
 /// Runs the command that the arguments name.
 [[nodiscard]] int run(int argc, char** argv);

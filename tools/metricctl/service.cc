@@ -89,13 +89,13 @@ bool watchService(const std::vector<std::string>& metrics,
   return sd_event_loop(loop.get()) == 0;
 }
 
-bus::Message callService(sd_bus* bus, const char* method, const XpcRef& input,
+bus::Message callService(sd_bus* bus, const char* method, const Arguments& arguments,
                          std::string& reason) {
   sd_bus_message* call = nullptr;
   int result =
       sd_bus_message_new_method_call(bus, &call, bus::kName, bus::kPath, bus::kInterface, method);
   const bus::Message owned(call);
-  if (result >= 0 && input) result = bus::appendDictionary(call, input.get());
+  if (result >= 0 && arguments) result = arguments(call);
   sd_bus_error error{};
   sd_bus_message* reply = nullptr;
   if (result >= 0) result = sd_bus_call(bus, call, bus::kCommandMicroseconds, &error, &reply);

@@ -23,8 +23,11 @@ struct WatchedEvent {
                                 const std::function<bool(const WatchedEvent&)>& take,
                                 std::string& reason);
 
+/// Appends a call's arguments; negative: the bus's error.
+using Arguments = std::function<int(sd_bus_message* call)>;
+
 /// Calls a method of the service's interface and waits. Null: `reason` says why it failed.
-[[nodiscard]] bus::Message callService(sd_bus* bus, const char* method, const XpcRef& input,
+[[nodiscard]] bus::Message callService(sd_bus* bus, const char* method, const Arguments& arguments,
                                        std::string& reason);
 
 }  // namespace quorin::metricctl

@@ -4,6 +4,7 @@
 #include <thread>
 
 #include "platform/bus/protocol.h"
+#include "platform/bus/values.h"
 #include "platform/recording/recording.h"
 #include "tools/metricctl/json.h"
 #include "tools/metricctl/lines.h"
@@ -48,6 +49,13 @@ int status(bool json) {
   return done;
 }
 
+/// Calls a method that answers nothing.
+int tell(const char* method, const Arguments& arguments = {}) {
+  std::string reason;
+  const bus::Connection bus = bus::openBus(reason);
+  return bus && callService(bus.get(), method, arguments, reason) ? done : fail(reason);
+}
+
 int replay(const std::string& path, double speed) {
   std::ifstream file(path);
   if (!file) return fail(path + ": " + std::strerror(errno));
@@ -71,7 +79,10 @@ int replay(const std::string& path, double speed) {
           start + Milliseconds(static_cast<std::int64_t>(due)) - currentClock().uptime();
       if (wait > Milliseconds{0}) std::this_thread::sleep_for(wait);
     }
-    if (!callService(bus.get(), bus::kFeed, recorded->event, reason)) return fail(reason);
+    const auto event = [&](sd_bus_message* call) {
+      return bus::appendDictionary(call, recorded->event.get());
+    };
+    if (!callService(bus.get(), bus::kFeed, event, reason)) return fail(reason);
   }
   return lines.exitCode();
 }
@@ -82,6 +93,23 @@ Action statusCommand(CLI::App& arguments) {
   auto json = std::make_shared<bool>(false);
   arguments.add_flag("--json", *json, "As JSON");
   return [json] { return status(*json); };
+}
+
+Action pauseCommand(CLI::App& /*arguments*/) {
+  return [] { return tell(bus::kPause); };
+}
+
+Action resumeCommand(CLI::App& /*arguments*/) {
+  return [] { return tell(bus::kResume); };
+}
+
+Action stepCommand(CLI::App& arguments) {
+  auto count = std::make_shared<std::uint32_t>(1);
+  arguments.add_option("COUNT", *count, "How many metrics")->capture_default_str();
+  return [count] {
+    return tell(bus::kStep,
+                [count](sd_bus_message* call) { return sd_bus_message_append(call, "u", *count); });
+  };
 }
 
 Action replayCommand(CLI::App& arguments) {

@@ -40,7 +40,7 @@ Window {
                 level: index
                 accessible: window.appearance.accessible
                 hasBack: index === window.firstLevel && window.top > 0
-                visible: index >= window.firstLevel || slide.running
+                visible: index >= window.firstLevel
                 height: desk.height
                 width: window.columnWidth(index)
                 x: window.columnX(index) + arrival

@@ -18,10 +18,12 @@ Item {
     required property Style style
     required property PageModel page
     required property bool current
+    required property bool marking
 
     signal pressed
     signal menuWanted
     signal trendWanted
+    signal markMade
 
     readonly property bool hasTrend: trendSize > 1
     readonly property string value: wrapping(unit === "" ? detailText : detailText + " " + unit)
@@ -44,8 +46,14 @@ Item {
     Accessible.selected: isOpen
     Accessible.onPressAction: if (!isHeader) row.pressed()
 
-    onChangesChanged: mark.restart()
-    ListView.onPooled: mark.stop()
+    // A line that is made or made into another one has not changed.
+    property bool marked: false
+    property bool fresh: true
+    onChangesChanged: if (!fresh) { marked = true; markMade(); }
+    onMarkingChanged: if (!marking) marked = false
+    ListView.onPooled: { marked = false; fresh = true; }
+    ListView.onReused: fresh = false
+    Component.onCompleted: fresh = false
 
     Rectangle {
         anchors.fill: parent
@@ -53,19 +61,15 @@ Item {
         color: row.style.selected
     }
 
+    // A changed value stands out until the page's marks fade.
     Rectangle {
-        id: flash
         anchors.fill: parent
         color: row.style.mark
-        opacity: 0
-        NumberAnimation on opacity {
-            id: mark
-            running: false
-            from: 0.9
-            to: 0
-            duration: 1800
-            easing.type: Easing.InQuad
-            onStopped: flash.opacity = 0
+        opacity: row.marked ? 0.7 : 0
+        visible: opacity > 0
+        Behavior on opacity {
+            enabled: !row.marked
+            NumberAnimation { duration: row.style.quick }
         }
     }
 
@@ -85,7 +89,8 @@ Item {
         visible: !row.isHeader
         anchors { left: parent.left; leftMargin: row.style.gap; verticalCenter: parent.verticalCenter }
         width: row.room
-        height: (row.beside ? Math.max(name.height, shown.height) : name.height + shown.height) + explanation.height
+        readonly property real shownHeight: shown.visible ? shown.implicitHeight : 0
+        height: (row.beside ? Math.max(name.implicitHeight, shownHeight) : name.implicitHeight + shownHeight) + (explanation.visible ? explanation.implicitHeight : 0)
 
         RowText {
             id: name
@@ -99,17 +104,15 @@ Item {
             style: row.style
             text: row.isHeader ? "" : row.value
             visible: text !== ""
-            height: visible ? implicitHeight : 0
             width: row.beside ? implicitWidth : parent.width
             x: row.beside ? parent.width - width : 0
-            y: row.beside ? 0 : name.height
+            y: row.beside ? 0 : name.implicitHeight
         }
         RowText {
             id: explanation
             style: row.style
             text: row.isHeader ? "" : row.meaning
             visible: text !== ""
-            height: visible ? implicitHeight : 0
             width: parent.width
             y: parent.height - height
             horizontalAlignment: row.beside ? Text.AlignRight : Text.AlignLeft

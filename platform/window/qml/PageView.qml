@@ -91,12 +91,19 @@ Item {
             style: view.style
             page: view.page
             current: list.currentIndex === index && list.activeFocus
+            marking: marks.running
+            onMarkMade: marks.restart()
             onPressed: view.press(index)
             onMenuWanted: { list.currentIndex = index; view.menuWanted(index); }
             onTrendWanted: view.trendWanted(index)
         }
 
         onActiveFocusChanged: if (activeFocus) view.focusWanted()
+    }
+
+    Timer {
+        id: marks
+        interval: 1500
     }
 
     // The header of the section in sight, pushed up by the next one.

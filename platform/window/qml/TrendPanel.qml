@@ -11,8 +11,8 @@ Item {
 
     property PageModel page: null
     property int line: -1
-    readonly property string name: { if (page) page.reloads; return page ? page.at(line, "mainText") : ""; }
-    readonly property string unit: page ? page.at(line, "unit") : ""
+    readonly property string name: { if (page) page.reloads; return page ? page.at(line, "mainText") ?? "" : ""; }
+    readonly property string unit: page ? page.at(line, "unit") ?? "" : ""
 
     visible: page !== null
 
@@ -58,10 +58,10 @@ Item {
             style: panel.style
             text: panel.name
             font.bold: true
-            anchors { left: parent.left; right: close.left; top: parent.top; margins: panel.style.gap }
+            anchors { left: parent.left; right: closing.left; top: parent.top; margins: panel.style.gap }
         }
         IconButton {
-            id: close
+            id: closing
             style: panel.style
             name: "Close"
             glyph: "close"
@@ -74,7 +74,7 @@ Item {
             text: panel.withUnit(large.maximum)
             font.pixelSize: panel.style.smallSize
             color: panel.style.quiet
-            anchors { left: parent.left; top: close.bottom; margins: panel.style.gap }
+            anchors { left: parent.left; top: closing.bottom; margins: panel.style.gap }
         }
         RowText {
             style: panel.style
@@ -89,7 +89,7 @@ Item {
             line: panel.line
             revision: panel.page ? panel.page.samples : 0
             color: panel.style.accent
-            anchors { left: parent.left; right: parent.right; top: close.bottom; bottom: time.top; leftMargin: panel.style.textSize * 6; rightMargin: panel.style.gap; topMargin: panel.style.gap; bottomMargin: panel.style.gap }
+            anchors { left: parent.left; right: parent.right; top: closing.bottom; bottom: time.top; leftMargin: panel.style.textSize * 6; rightMargin: panel.style.gap; topMargin: panel.style.gap; bottomMargin: panel.style.gap }
             Rectangle { width: 1; height: parent.height; color: panel.style.line }
             Rectangle { width: parent.width; height: 1; anchors.bottom: parent.bottom; color: panel.style.line }
         }
