@@ -125,19 +125,19 @@ void OutputCapture::take(Stream& stream, std::string_view text) {
   _strip.add(stream.unfinished, text);
 }
 
-void OutputCapture::giveBackInHandler(int terminal) {
+void OutputCapture::giveBackInHandler(int terminal, bool repeats) {
   if (!reachable.inForce.exchange(false)) return;
   for (std::size_t i = 0; i < reachable.originals.size(); ++i) {
     const int number = static_cast<int>(i) + 1;
     dup2(reachable.originals[i], number);
     const bool passesOn = reachable.passesOn[i];
-    const bool repeats = number == STDERR_FILENO && !passesOn;
-    if (repeats) writeLatest(terminal);
+    const bool shows = repeats && number == STDERR_FILENO && !passesOn;
+    if (shows) writeLatest(terminal);
     fcntl(reachable.pipes[i], F_SETFL, O_NONBLOCK);
     std::array<char, 512> text;
     ssize_t size = 0;
     while ((size = read(reachable.pipes[i], text.data(), text.size())) > 0)
-      if (passesOn || repeats)
+      if (passesOn || shows)
         writeAll(passesOn ? reachable.originals[i] : terminal,
                  {text.data(), static_cast<std::size_t>(size)});
   }

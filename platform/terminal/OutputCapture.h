@@ -18,9 +18,9 @@ class OutputCapture {
   OutputCapture(const OutputCapture&) = delete;
   OutputCapture& operator=(const OutputCapture&) = delete;
 
-  /// Gives both back. Repeats the latest of standard error on `terminal`, which must not make
-  /// anybody wait, where it pointed to a terminal. For signal handlers.
-  static void giveBackInHandler(int terminal);
+  /// Gives both back. With `repeats`, shows the latest of standard error on `terminal`, which must
+  /// not make anybody wait, where it pointed to a terminal. For signal handlers.
+  static void giveBackInHandler(int terminal, bool repeats);
 
  private:
   struct Stream {

@@ -51,7 +51,8 @@ void giveBack() {
 // The signal's own action is back in force, and comes once the handler returns.
 void endedBy(int signal) {
   giveBack();
-  OutputCapture::giveBackInHandler(reachable.terminal);
+  const bool asked = std::ranges::find(kEndings, signal) != std::end(kEndings);
+  OutputCapture::giveBackInHandler(reachable.terminal, /*repeats=*/!asked);
   raise(signal);
 }
 
