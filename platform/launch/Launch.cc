@@ -3,6 +3,7 @@
 #include <signal.h>
 
 #include <CLI/CLI.hpp>
+#include <cerrno>
 #include <csignal>
 #include <cstdlib>
 #include <iostream>
@@ -29,14 +30,22 @@ const sigset_t& endingSignals() {
   return signals;
 }
 
-/// Posts the first signal's number to the main queue; the second ends the program there and then,
-/// in case its main thread hangs.
+/// How long the main thread may take to end.
+constexpr timespec kLongestEnd{5, 0};
+
+/// Posts the first signal's number to the main queue. The second ends the program there and then,
+/// in case its main thread hangs, and so does the time that it took.
 void awaitSignals(const std::function<void(int)>& received) {
   int signal = 0;
   sigwait(&endingSignals(), &signal);
   dispatch_async(dispatch_get_main_queue(), [received, signal] { received(signal); });
-  sigwait(&endingSignals(), &signal);
-  std::signal(signal, SIG_DFL);
+  int second = 0;
+  do second = sigtimedwait(&endingSignals(), nullptr, &kLongestEnd);
+  while (second < 0 && errno == EINTR);
+  if (second > 0) signal = second;
+  struct sigaction action {};
+  sigaction(signal, nullptr, &action);
+  if (action.sa_handler == SIG_IGN) std::signal(signal, SIG_DFL);
   std::raise(signal);
   pthread_sigmask(SIG_UNBLOCK, &endingSignals(), nullptr);
 }

@@ -36,6 +36,10 @@ bool contains(std::string_view text, std::string_view part) {
          part.empty();
 }
 
+bool has(const ScreenLine& line, std::string_view text) {
+  return contains(line.text, text) || contains(line.detail, text);
+}
+
 }  // namespace
 
 ScreenPage::ScreenPage(std::shared_ptr<UITableViewController> page) : _page(std::move(page)) {
@@ -116,7 +120,15 @@ std::string ScreenPage::age() const {
 std::optional<std::size_t> ScreenPage::find(std::string_view text, std::size_t from) const {
   for (std::size_t i = 0; i < _lines.size(); ++i) {
     const std::size_t line = (from + i) % _lines.size();
-    if (contains(_lines[line].text, text) || contains(_lines[line].detail, text)) return line;
+    if (has(_lines[line], text)) return line;
+  }
+  return std::nullopt;
+}
+
+std::optional<std::size_t> ScreenPage::findBefore(std::string_view text, std::size_t line) const {
+  for (std::size_t i = 1; i <= _lines.size(); ++i) {
+    const std::size_t before = (line + _lines.size() - i) % _lines.size();
+    if (has(_lines[before], text)) return before;
   }
   return std::nullopt;
 }

@@ -58,6 +58,9 @@ class ScreenPage {
   /// The first line at or after `from`, round the end, that has `text` in its text or detail,
   /// whatever the case of ASCII letters. Empty: none.
   [[nodiscard]] std::optional<std::size_t> find(std::string_view text, std::size_t from) const;
+  /// Likewise the last line before `line`, round the start.
+  [[nodiscard]] std::optional<std::size_t> findBefore(std::string_view text,
+                                                      std::size_t line) const;
 
   /// Marks the one line that led to the page behind this one. The mark goes with its line.
   void setOpenLine(std::optional<std::size_t> line);

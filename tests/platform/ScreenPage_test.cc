@@ -1,5 +1,6 @@
 #include "platform/screen/ScreenPage.h"
 
+#include "tests/support/AnsweringPage.h"
 #include "tests/support/rig.h"
 
 namespace quorin::test {
@@ -7,47 +8,6 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-
-using Section = SectionContents;
-
-/// A page that answers what a test says.
-class AnsweringPage final : public UITableViewController {
- public:
-  std::vector<Section> sections;
-  std::optional<LastReport> report = LastReport{};
-
-  AnsweringPage() { tableView().registerPrototype({"cell", CellStyle::detail}); }
-
-  std::ptrdiff_t numberOfSectionsInTableView(UITableView& /*tableView*/) override {
-    return std::ssize(sections);
-  }
-  std::ptrdiff_t numberOfRowsInSection(UITableView& /*tableView*/,
-                                       std::ptrdiff_t section) override {
-    return std::ssize(sections[static_cast<std::size_t>(section)].rows);
-  }
-  std::optional<std::string> titleForHeaderInSection(UITableView& /*tableView*/,
-                                                     std::ptrdiff_t section) override {
-    return sections[static_cast<std::size_t>(section)].header;
-  }
-  Cell cellForRowAtIndexPath(UITableView& tableView, NSIndexPath indexPath) override {
-    Cell cell = tableView.dequeueReusableCellWithIdentifier("cell", indexPath);
-    const auto& row = rowAt(indexPath);
-    cell->textLabel()->setText(row.text);
-    cell->detailTextLabel()->setText(row.detail);
-    return cell;
-  }
-  Annotation annotationForRowAtIndexPath(UITableView& /*tableView*/,
-                                         NSIndexPath indexPath) override {
-    return rowAt(indexPath).annotation;
-  }
-  [[nodiscard]] std::optional<LastReport> lastReport() const override { return report; }
-
- private:
-  const Section::Row& rowAt(NSIndexPath path) const {
-    return sections[static_cast<std::size_t>(path.section)]
-        .rows[static_cast<std::size_t>(path.row)];
-  }
-};
 
 /// Notes each step, and that the lines fit it.
 class Steps final : public ScreenPageObserver {
@@ -196,6 +156,10 @@ TEST(ScreenPage, FindsTextsWhateverTheirCaseAndRoundTheEnd) {
   EXPECT_EQ(page.find("earf", 3), 2U);
   EXPECT_EQ(page.find("630", 0), 2U);
   EXPECT_EQ(page.find("rsrp", 0), std::nullopt);
+  EXPECT_EQ(page.findBefore("pci", 4), 1U);
+  EXPECT_EQ(page.findBefore("pci", 1), 4U);
+  EXPECT_EQ(page.findBefore("630", 2), 2U) << "round the start, to where it began";
+  EXPECT_EQ(page.findBefore("rsrp", 0), std::nullopt);
   controller->sections = {};
   page.reload();
   EXPECT_EQ(page.find("pci", 0), std::nullopt);

@@ -1,12 +1,12 @@
+#include "platform/text/show_text.h"
+
 #include <unistd.h>
 
-#include <CLI/CLI.hpp>
 #include <cstdlib>
 #include <iostream>
 
 #include "platform/dispatch/RunLoop.h"
 #include "platform/foundation/log.h"
-#include "platform/launch/Launch.h"
 #include "platform/text/TextScreen.h"
 #include "platform/text/columns.h"
 
@@ -36,12 +36,13 @@ void setUpLogs(bool quiet, const TextStyle& style) {
     setSystemLogSink(shownAs(standardErrorSink(), quiet, style, isatty(STDERR_FILENO) != 0));
 }
 
-int run(const LaunchArguments& arguments, const std::vector<std::string>& pages,
-        std::string_view delegateClassName, const UIStoryboard& storyboard) {
-  Launch launch(arguments);
+}  // namespace
+
+int showText(Launch& launch, bool quiet, const std::vector<std::string>& pages,
+             std::string_view delegateClassName, const UIStoryboard& storyboard) {
   if (!launch.open()) return 2;
   const TextStyle style = wantsColour() ? TextStyle{"\033[1m", "\033[2m", "\033[0m"} : TextStyle{};
-  setUpLogs(arguments.quiet, style);
+  setUpLogs(quiet, style);
   UIApplication application(storyboard);
   application.launch(delegateClassName);
   TextScreen screen(style);
@@ -57,20 +58,6 @@ int run(const LaunchArguments& arguments, const std::vector<std::string>& pages,
   if (launch.signal() == 0) screen.printAll();
   application.terminate();
   return launch.unreadable() ? 1 : 0;
-}
-
-}  // namespace
-
-int UIApplicationMain(int argc, char** argv, std::optional<std::string> /*principalClassName*/,
-                      std::string_view delegateClassName, const UIStoryboard& storyboard) {
-  CLI::App app("quorin: what the cellular modem is doing now, as pages of text");
-  LaunchArguments arguments;
-  std::vector<std::string> pages;
-  addTo(app, arguments);
-  app.add_option("--pages", pages, "Pages to print, such as \"LTE RRC State\"; all without")
-      ->delimiter(',');
-  if (const auto status = parse(app, argc, argv)) return *status;
-  return run(arguments, pages, delegateClassName, storyboard);
 }
 
 }  // namespace quorin
