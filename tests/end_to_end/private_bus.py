@@ -56,7 +56,7 @@ class PrivateBus:
         self.address = f"unix:path={path}"
         # What the address sanitizer holds back would look like growth of the service.
         self.environment = dict(os.environ, BASEBAND_BUS_ADDRESS=self.address, TZ="UTC",
-                                ASAN_OPTIONS="quarantine_size_mb=1")
+                                ASAN_OPTIONS=os.environ.get("ASAN_OPTIONS", "") + ":quarantine_size_mb=1")
         self.processes = []
         self.start(["dbus-daemon", f"--config-file={configuration}", "--nofork"],
                    stderr=subprocess.DEVNULL)
