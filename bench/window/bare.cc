@@ -17,9 +17,9 @@ Window {
         focus: true
         model: rows
         reuseItems: true
-        highlightMoveDuration: 0
-        highlight: Rectangle { color: "#dbe8f8" }
-        delegate: Item {
+        highlightFollowsCurrentItem: false
+        delegate: Rectangle {
+            color: ListView.isCurrentItem ? "#dbe8f8" : "#ffffff"
             required property string mainText
             required property string detailText
             width: ListView.view.width

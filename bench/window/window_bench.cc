@@ -267,6 +267,7 @@ void poppedPages(Ours& ours) {
     ours.screen->stack().press(1, 1);
     ours.screen->stack().back();
     QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);  // as the loop itself does
   };
   ours.screen->stack().back();
   for (int i = 0; i < 100; ++i) pop();  // what the toolkit makes once
