@@ -1,8 +1,9 @@
 import QtQuick
 import org.quorin.window
 
-/// One line of a page: a section's header or a row.
-Item {
+/// One line of a page: a section's header or a row. There are many: what few lines need is made when a
+/// line needs it.
+Rectangle {
     id: row
 
     required property int index
@@ -26,16 +27,19 @@ Item {
     signal markMade
 
     readonly property bool hasTrend: trendSize > 1
-    readonly property string value: wrapping(unit === "" ? detailText : detailText + " " + unit)
-    // Side by side where both fit, else the value stands below.
-    // A value far from its name is hard to follow with the eye.
+    // Side by side where both fit, else the value stands below. A value far from its name is hard to
+    // follow with the eye.
     readonly property real room: Math.min(width - 2 * style.gap, style.textSize * 46) - (page.isMenu ? style.textSize : 0)
     readonly property real trendRoom: hasTrend ? style.textSize * 4 + style.gap : 0
     readonly property bool beside: name.implicitWidth + shown.implicitWidth + style.gap + trendRoom <= room
+    readonly property real textsHeight: beside ? Math.max(name.implicitHeight, shown.implicitHeight) : name.implicitHeight + (detailText === "" ? 0 : shown.implicitHeight)
+    readonly property real contentHeight: textsHeight + (meaning === "" ? 0 : explanation.height)
+    readonly property real above: isHeader ? style.gap : (height - contentHeight) / 2
 
     // Rows may be made in any order; assistive technology reads them in the order of z.
     z: index
-    implicitHeight: isHeader ? header.implicitHeight + 1.5 * style.gap : Math.max(style.rowHeight, texts.height + style.gap)
+    color: !isHeader && (current || isOpen) ? style.selected : style.surface
+    implicitHeight: isHeader ? name.implicitHeight + 1.5 * style.gap : Math.max(style.rowHeight, contentHeight + style.gap)
 
     Accessible.ignored: !visible
     Accessible.role: isHeader ? Accessible.Heading : Accessible.ListItem
@@ -55,115 +59,95 @@ Item {
     ListView.onReused: fresh = false
     Component.onCompleted: fresh = false
 
-    Rectangle {
+    // A changed value stands out until the page's marks go.
+    Loader {
+        active: row.marked
         anchors.fill: parent
-        visible: !row.isHeader && (row.current || row.isOpen)
-        color: row.style.selected
+        sourceComponent: Rectangle { color: row.style.mark }
     }
-
-    // A changed value stands out until the page's marks fade.
-    Rectangle {
-        anchors.fill: parent
-        color: row.style.mark
-        opacity: row.marked ? 0.7 : 0
-        visible: opacity > 0
-        Behavior on opacity {
-            enabled: !row.marked
-            NumberAnimation { duration: row.style.quick }
-        }
+    Text {
+        id: name
+        color: row.isHeader ? row.style.accent : row.detailText === "" ? row.style.text : row.style.quiet
+        font.pixelSize: row.isHeader ? row.style.smallSize : row.style.textSize
+        font.bold: row.isHeader
+        textFormat: Text.PlainText
+        wrapMode: Text.Wrap
+        text: row.wrapping(row.mainText)
+        x: row.style.gap
+        y: row.above
+        width: row.beside ? implicitWidth : row.room - (row.detailText === "" ? 0 : row.trendRoom)
     }
-
-    RowText {
-        id: header
-        visible: row.isHeader
-        style: row.style
-        text: row.isHeader ? row.mainText : ""
-        font.pixelSize: row.style.smallSize
-        font.bold: true
-        color: row.style.accent
-        anchors { left: parent.left; right: parent.right; bottom: parent.bottom; margins: row.style.gap; bottomMargin: row.style.gap / 2 }
+    Text {
+        id: shown
+        color: row.style.text
+        font.pixelSize: row.style.textSize
+        textFormat: Text.PlainText
+        wrapMode: Text.Wrap
+        text: row.wrapping(row.unit === "" ? row.detailText : row.detailText + " " + row.unit)
+        visible: row.detailText !== ""
+        width: row.beside ? implicitWidth : row.room
+        x: row.style.gap + (row.beside ? row.room - width : 0)
+        y: row.above + (row.beside ? 0 : name.implicitHeight)
     }
-
-    Item {
-        id: texts
-        visible: !row.isHeader
-        anchors { left: parent.left; leftMargin: row.style.gap; verticalCenter: parent.verticalCenter }
+    Loader {
+        id: explanation
+        active: row.meaning !== ""
+        x: row.style.gap
+        y: row.above + row.textsHeight
         width: row.room
-        readonly property real shownHeight: shown.visible ? shown.implicitHeight : 0
-        height: (row.beside ? Math.max(name.implicitHeight, shownHeight) : name.implicitHeight + shownHeight) + (explanation.visible ? explanation.implicitHeight : 0)
-
-        RowText {
-            id: name
-            style: row.style
-            text: row.isHeader ? "" : row.wrapping(row.mainText)
-            width: row.beside ? implicitWidth : parent.width - (row.detailText === "" ? 0 : row.trendRoom)
-            color: row.detailText === "" ? row.style.text : row.style.quiet
-        }
-        RowText {
-            id: shown
-            style: row.style
-            text: row.isHeader ? "" : row.value
-            visible: text !== ""
-            width: row.beside ? implicitWidth : parent.width
-            x: row.beside ? parent.width - width : 0
-            y: row.beside ? 0 : name.implicitHeight
-        }
-        RowText {
-            id: explanation
-            style: row.style
-            text: row.isHeader ? "" : row.meaning
-            visible: text !== ""
-            width: parent.width
-            y: parent.height - height
-            horizontalAlignment: row.beside ? Text.AlignRight : Text.AlignLeft
+        sourceComponent: Text {
+            color: row.style.quiet
             font.pixelSize: row.style.smallSize
+            textFormat: Text.PlainText
+            wrapMode: Text.Wrap
+            text: row.meaning
+            horizontalAlignment: row.beside ? Text.AlignRight : Text.AlignLeft
+        }
+    }
+    Loader {
+        id: trend
+        active: row.hasTrend && !row.isHeader
+        width: row.style.textSize * 4
+        height: row.style.textSize * 1.3
+        // Under one another where the texts leave room.
+        x: row.style.gap + (row.beside ? Math.max(name.width + row.style.gap, Math.min(row.room * 0.6, row.room - shown.width - row.style.gap - width)) : row.room - width)
+        y: row.above
+        sourceComponent: TrendLine {
+            page: row.page
+            line: row.index
+            revision: row.page.samples
+            color: row.style.accent
+        }
+    }
+    Loader {
+        active: row.page.isMenu
+        anchors { right: parent.right; rightMargin: row.style.gap; verticalCenter: parent.verticalCenter }
+        sourceComponent: Chevron {
+            style: row.style
             color: row.style.quiet
         }
-        Loader {
-            id: drawn
-            active: row.hasTrend && !row.isHeader
-            width: row.style.textSize * 4
-            height: row.style.textSize * 1.3
-            // Under one another where the texts leave room.
-            x: row.beside ? Math.max(name.width + row.style.gap, Math.min(parent.width * 0.6, shown.x - row.style.gap - width)) : parent.width - width
-            sourceComponent: TrendLine {
-                page: row.page
-                line: row.index
-                revision: row.page.samples
-                color: row.style.accent
-            }
-        }
     }
-
-    Chevron {
-        visible: row.page.isMenu
-        style: row.style
-        color: row.style.quiet
-        anchors { right: parent.right; rightMargin: row.style.gap; verticalCenter: parent.verticalCenter }
-    }
-
     Rectangle {
         visible: !row.isHeader
-        anchors { left: parent.left; right: parent.right; bottom: parent.bottom; leftMargin: row.style.gap }
+        x: row.style.gap
+        y: row.height - 1
+        width: row.width - x
         height: 1
         color: row.style.line
     }
 
     TapHandler {
         enabled: !row.isHeader
-        onTapped: (point) => {
-            const left = texts.x + drawn.x;
-            if (row.hasTrend && point.position.x > left && point.position.x < left + drawn.width)
+        acceptedButtons: Qt.LeftButton | Qt.RightButton
+        onTapped: (point, button) => {
+            if (button === Qt.RightButton)
+                row.menuWanted();
+            else if (row.hasTrend && point.position.x > trend.x && point.position.x < trend.x + trend.width)
                 row.trendWanted();
             else
                 row.pressed();
         }
         onLongPressed: row.menuWanted()
-    }
-    TapHandler {
-        enabled: !row.isHeader
-        acceptedButtons: Qt.RightButton
-        onTapped: row.menuWanted()
     }
 
     // Names may break behind an underscore.
