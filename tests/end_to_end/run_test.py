@@ -4,16 +4,12 @@ import signal
 import subprocess
 import sys
 import tempfile
-import time
+
+from checks import check, run
+from private_bus import wait_for
 
 SOURCE, RECORDING = sys.argv[1], sys.argv[2]
 PAGE = ["--pages", "LTE RRC State", "--quiet"]
-failures = []
-
-
-def check(what, condition):
-    if not condition:
-        failures.append(what)
 
 
 def processes_of(folder):
@@ -27,15 +23,6 @@ def processes_of(folder):
         if folder in told and int(pid) != os.getpid():
             found.append(int(pid))
     return found
-
-
-def wait_for(condition, seconds=20):
-    end = time.monotonic() + seconds
-    while time.monotonic() < end:
-        if found := condition():
-            return found
-        time.sleep(0.05)
-    return condition()
 
 
 class Run:
@@ -59,7 +46,7 @@ class Run:
                         return pid
                 except OSError:
                     pass
-        return wait_for(find)
+        return wait_for(find, seconds=30)
 
     def ended(self):
         """Exit code and output, after nothing may be left of it."""
@@ -86,19 +73,19 @@ def it_plays_a_file_and_ends_with_it():
 
 def it_ends_on_a_signal():
     for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
-        run = Run(*PAGE)
-        check("the application comes up", run.started("quorin-terminal"))
-        os.killpg(run.process.pid, number)
-        run.ended()
+        started = Run(*PAGE)
+        check("the application comes up", started.started("quorin-terminal"))
+        os.killpg(started.process.pid, number)
+        started.ended()
 
 
 def it_ends_when_one_of_them_dies():
     for program, expected in (("basebandd", "with-service: the service died"),
                               ("dbus-daemon", "with-service: the private bus died"), ("quorin-terminal", "")):
-        run = Run("--seconds", "8", *PAGE)
-        check("the application comes up", run.started("quorin-terminal"))
-        os.kill(run.started(program), signal.SIGKILL)
-        code, _, err = run.ended()
+        started = Run("--seconds", "8", *PAGE)
+        check("the application comes up", started.started("quorin-terminal"))
+        os.kill(started.started(program), signal.SIGKILL)
+        code, _, err = started.ended()
         check(f"{program} died: {code} {err}", code != 0 and expected in err)
 
 
@@ -112,12 +99,5 @@ def it_names_what_it_cannot_use():
         check(f"{arguments}: {code} {err}", code == 2 and err == line + "\n")
 
 
-for test in (it_shows_the_simulated_drive_and_says_so, it_plays_a_file_and_ends_with_it,
-             it_ends_on_a_signal, it_ends_when_one_of_them_dies, it_names_what_it_cannot_use):
-    before = len(failures)
-    start = time.monotonic()
-    test()
-    print(f"{test.__name__}: {'failed' if len(failures) > before else 'ok'} "
-          f"({time.monotonic() - start:.1f} s)", flush=True)
-if failures:
-    sys.exit("\n".join(failures))
+run(it_shows_the_simulated_drive_and_says_so, it_plays_a_file_and_ends_with_it,
+    it_ends_on_a_signal, it_ends_when_one_of_them_dies, it_names_what_it_cannot_use)

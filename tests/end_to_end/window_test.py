@@ -6,18 +6,12 @@ import sys
 import tempfile
 import time
 
+from checks import check, run
 from display import Display, Reader, Window
 from private_bus import PrivateBus, wait_for
 
 BIN, RECORDING = sys.argv[1], sys.argv[2]
 RELOAD = 5  # seconds
-failures = []
-
-
-def check(what, condition):
-    if not condition:
-        failures.append(what)
-    return condition
 
 
 def controllers():
@@ -190,13 +184,6 @@ def without_a_display_it_says_so():
 
 without_a_display_it_says_so()
 with Display():
-    for test in (every_page_shows_what_the_controllers_answer,
-                 new_values_are_seen_at_the_first_reload_after_the_event,
-                 the_three_columns_share_one_stack,
-                 what_is_typed_is_found_and_rows_are_copied):
-        before, start = len(failures), time.monotonic()
-        test()
-        print(f"{test.__name__}: {'failed' if len(failures) > before else 'ok'} "
-              f"({time.monotonic() - start:.1f} s)", flush=True)
-if failures:
-    sys.exit("\n".join(failures))
+    run(every_page_shows_what_the_controllers_answer,
+        new_values_are_seen_at_the_first_reload_after_the_event,
+        the_three_columns_share_one_stack, what_is_typed_is_found_and_rows_are_copied)
