@@ -4,8 +4,9 @@
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
-#include <QFontInfo>
+#include <QFont>
 #include <QGuiApplication>
+#include <QScreen>
 #include <algorithm>
 #include <cstdlib>
 
@@ -30,6 +31,14 @@ bool is(const Setting& setting, const QString& group, const QString& key) {
   return group == QLatin1String(setting.group) && key == QLatin1String(setting.key);
 }
 
+/// Of the desktop's font, without loading it.
+double systemTextSize() {
+  const QFont font = QGuiApplication::font();
+  if (font.pixelSize() > 0) return font.pixelSize();
+  const QScreen* screen = QGuiApplication::primaryScreen();
+  return screen ? font.pointSizeF() * screen->logicalDotsPerInchY() / 72 : 0;
+}
+
 /// The value inside variants inside variants, as some portals answer.
 QVariant innermost(QVariant value) {
   while (value.canConvert<QDBusVariant>()) value = value.value<QDBusVariant>().variant();
@@ -51,8 +60,7 @@ Appearance::Appearance(std::optional<bool> dark, std::optional<double> textScale
 Appearance::~Appearance() { QAccessible::removeActivationObserver(this); }
 
 double Appearance::textSize() const {
-  const double system = QFontInfo(QGuiApplication::font()).pixelSize();
-  return std::max(system, kSmallestText) * _textScaleAsked.value_or(_textScale);
+  return std::max(systemTextSize(), kSmallestText) * _textScaleAsked.value_or(_textScale);
 }
 
 void Appearance::ask(const QString& group, const QString& key) {

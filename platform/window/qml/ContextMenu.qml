@@ -9,7 +9,6 @@ Item {
     required property StackModel stack
 
     signal closed
-    signal findWanted
     signal trendWanted(PageModel page, int line)
 
     property PageView view: null

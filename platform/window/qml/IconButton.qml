@@ -26,22 +26,23 @@ Item {
         color: button.style.selected
         visible: tap.pressed || hover.hovered
     }
-    // Three dots.
-    Repeater {
-        model: button.glyph === "menu" ? 3 : 0
-        Rectangle {
-            required property int index
-            width: 4; height: 4; radius: 2
-            color: button.style.text
-            x: (button.width - width) / 2
-            y: button.height / 2 - 2 + (index - 1) * 8
+    Loader {
+        active: button.glyph === "menu"
+        anchors.centerIn: parent
+        sourceComponent: Column {
+            spacing: 4
+            Rectangle { width: 4; height: 4; radius: 2; color: button.style.text }
+            Rectangle { width: 4; height: 4; radius: 2; color: button.style.text }
+            Rectangle { width: 4; height: 4; radius: 2; color: button.style.text }
         }
     }
-    Chevron {
-        visible: button.glyph === "back"
-        style: button.style
-        pointsLeft: true
+    Loader {
+        active: button.glyph === "back"
         anchors.centerIn: parent
+        sourceComponent: Chevron {
+            style: button.style
+            pointsLeft: true
+        }
     }
     // A cross.
     Repeater {

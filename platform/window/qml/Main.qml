@@ -81,13 +81,15 @@ Window {
             }
         }
 
-        RowText {
-            style: window.style
-            visible: window.wide && window.top < 2
-            text: window.top === 0 ? "Choose a technology" : "Choose a category"
-            color: window.style.quiet
+        Loader {
+            active: window.wide && window.top < 2
             x: window.columnX(window.top) + window.columnWidth(window.top) + (desk.width - window.columnX(window.top) - window.columnWidth(window.top) - width) / 2
             anchors.verticalCenter: parent.verticalCenter
+            sourceComponent: RowText {
+                style: window.style
+                text: window.top === 0 ? "Choose a technology" : "Choose a category"
+                color: window.style.quiet
+            }
         }
 
         TapHandler {
@@ -98,20 +100,29 @@ Window {
         Keys.onPressed: (event) => event.accepted = window.key(event)
     }
 
-    ContextMenu {
+    // Made when they are first wanted.
+    Loader {
         id: menu
-        style: window.style
-        stack: window.stack
         anchors.fill: parent
-        onClosed: window.focusPage()
-        onFindWanted: window.finding = true
-        onTrendWanted: (page, line) => trend.open(page, line)
+        onLoaded: {
+            item.closed.connect(window.focusPage);
+            item.trendWanted.connect((page, line) => trend.open(page, line));
+        }
+        function open(view: PageView, line: int) {
+            if (!item)
+                setSource("ContextMenu.qml", { style: window.style, stack: window.stack });
+            item.open(view, line);
+        }
     }
-    TrendPanel {
+    Loader {
         id: trend
-        style: window.style
         anchors.fill: parent
-        onClosed: window.focusPage()
+        onLoaded: item.closed.connect(window.focusPage)
+        function open(page: PageModel, line: int) {
+            if (!item)
+                setSource("TrendPanel.qml", { style: window.style });
+            item.open(page, line);
+        }
     }
 
     Timer {
@@ -120,8 +131,6 @@ Window {
         running: window.visible && window.visibility !== Window.Minimized
         onTriggered: window.stack.refreshAges()
     }
-
-    property bool finding: false
 
     function columnWidth(level: int): real {
         if (!wide)
@@ -144,7 +153,6 @@ Window {
         return pages.itemAt(level) as PageView;
     }
     function focusPage() {
-        finding = false;
         const view = pageAt(Math.min(focusLevel, top));
         if (view)
             view.takeFocus();

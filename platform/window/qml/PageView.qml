@@ -46,7 +46,6 @@ Item {
             style: view.style
             text: view.page.title
             font.pixelSize: view.style.titleSize
-            font.bold: true
             anchors { left: back.visible ? back.right : parent.left; right: more.left; verticalCenter: parent.verticalCenter; leftMargin: back.visible ? 0 : view.style.gap }
             Accessible.ignored: !visible
             Accessible.role: Accessible.StaticText
@@ -106,36 +105,41 @@ Item {
         interval: 1500
     }
 
-    // The header of the section in sight, pushed up by the next one.
-    Rectangle {
-        readonly property int first: { view.page.reloads; return list.indexAt(1, list.contentY + 1); }
+    // The header of the section in sight.
+    Loader {
+        id: sticky
+        readonly property int first: { view.page.reloads; return list.contentY > 0 ? list.indexAt(1, list.contentY + 1) : -1; }
         readonly property int header: { view.page.reloads; return first < 0 ? -1 : view.page.headerOf(first); }
-        visible: header >= 0 && list.contentY > 0
+        active: header >= 0
         width: list.width
-        height: sticky.implicitHeight + view.style.gap
         anchors.top: bar.bottom
-        color: view.style.surface
-        RowText {
-            id: sticky
-            style: view.style
-            text: { view.page.reloads; return parent.header < 0 ? "" : view.page.at(parent.header, "mainText"); }
-            font.pixelSize: view.style.smallSize
-            font.bold: true
-            color: view.style.accent
-            anchors { left: parent.left; right: parent.right; verticalCenter: parent.verticalCenter; leftMargin: view.style.gap }
+        sourceComponent: Rectangle {
+            height: inSight.implicitHeight + view.style.gap
+            color: view.style.surface
+            RowText {
+                id: inSight
+                style: view.style
+                text: { view.page.reloads; return view.page.at(sticky.header, "mainText") ?? ""; }
+                font.pixelSize: view.style.smallSize
+                font.bold: true
+                color: view.style.accent
+                anchors { left: parent.left; right: parent.right; verticalCenter: parent.verticalCenter; leftMargin: view.style.gap }
+            }
+            Rectangle { width: parent.width; height: 1; anchors.bottom: parent.bottom; color: view.style.line }
         }
-        Rectangle { width: parent.width; height: 1; anchors.bottom: parent.bottom; color: view.style.line }
     }
 
-    RowText {
-        style: view.style
-        visible: list.count === 0
+    Loader {
+        active: list.count === 0
         anchors.centerIn: list
-        text: "No entries"
-        color: view.style.quiet
-        Accessible.ignored: !visible
-        Accessible.role: Accessible.StaticText
-        Accessible.name: text
+        sourceComponent: RowText {
+            style: view.style
+            text: "No entries"
+            color: view.style.quiet
+            Accessible.ignored: false
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
+        }
     }
 
     // How far down the page is.
@@ -150,23 +154,27 @@ Item {
         y: list.y + list.visibleArea.yPosition * list.height
     }
 
-    Rectangle {
+    Loader {
         id: footer
+        readonly property string text: view.wanted === "" ? view.page.age : "Find: " + view.wanted
+        active: text !== ""
         width: parent.width
+        height: active ? implicitHeight : 0
         anchors.bottom: parent.bottom
-        height: age.text === "" && view.wanted === "" ? 0 : age.implicitHeight + view.style.gap
-        color: view.style.window
-        visible: height > 0
-        RowText {
-            id: age
-            style: view.style
-            text: view.wanted === "" ? view.page.age : "Find: " + view.wanted
-            font.pixelSize: view.style.smallSize
-            color: view.style.quiet
-            anchors { left: parent.left; right: parent.right; verticalCenter: parent.verticalCenter; margins: view.style.gap }
-            Accessible.ignored: !visible || text === ""
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
+        sourceComponent: Rectangle {
+            implicitHeight: said.implicitHeight + view.style.gap
+            color: view.style.window
+            RowText {
+                id: said
+                style: view.style
+                text: footer.text
+                font.pixelSize: view.style.smallSize
+                color: view.style.quiet
+                anchors { left: parent.left; right: parent.right; verticalCenter: parent.verticalCenter; margins: view.style.gap }
+                Accessible.ignored: !visible
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
+            }
         }
     }
 

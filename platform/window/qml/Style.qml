@@ -17,7 +17,7 @@ QtObject {
 
     readonly property real textSize: appearance.textSize
     readonly property real smallSize: Math.round(textSize * 0.85)
-    readonly property real titleSize: Math.round(textSize * 1.15)
+    readonly property real titleSize: textSize
     readonly property real gap: Math.round(textSize * 0.75)
     readonly property real rowHeight: Math.max(48, Math.round(textSize * 2.6))
     readonly property real radius: 8
