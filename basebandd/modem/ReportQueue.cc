@@ -15,8 +15,8 @@ void ReportQueue::refresh(const ModemReadings& readings, Groups refreshed) {
       continue;
     }
     Known& known = _known[report.metricID];
-    const bool isDue = (report.groups & refreshed) != 0 &&
-                       (report.isMeasurement || !areEqual(known.content, content));
+    const bool isDue = (report.measured & refreshed) != 0 ||
+                       ((report.groups & refreshed) != 0 && !areEqual(known.content, content));
     if (isDue || !known.isLive) {
       enqueue(report.metricID, report.make(readings, time));
       known.since = currentClock().uptime();

@@ -37,8 +37,8 @@ inline constexpr Groups kBearerGroup = 16;
 /// One metric that a modem's readings can give.
 struct Report {
   std::int64_t metricID;
-  Groups groups;       // whose refresh makes it due
-  bool isMeasurement;  // comes at each refresh; others only when they changed
+  Groups groups;    // whose refresh makes it due when that changed it
+  Groups measured;  // whose refresh makes it due at any rate
   /// Its payload, with this time stamp in ms since 1970 if there is one. Null: the readings do not
   /// give it now.
   Ref<Data> (*make)(const ModemReadings& readings, std::optional<std::uint64_t> timestamp);

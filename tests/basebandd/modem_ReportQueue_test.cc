@@ -42,6 +42,20 @@ TEST(ReportQueue, GivesAMeasurementAtEachRefreshAndAStateWhenItChanges) {
   EXPECT_THAT(rig.take(), ElementsAre(K_LTE_EMM_CTXT));
 }
 
+TEST(ReportQueue, GivesALevelAgainUnderItsNewCell) {
+  Rig rig;
+  rig.level(-90);
+  rig.queue.refresh(rig.readings, kSignalGroup);
+  (void)rig.take();
+  rig.readings.cells = {{{"cell-type", {std::int64_t{5}}},
+                         {"serving", {true}},
+                         {"physical-ci", {std::string("21")}}}};
+  rig.queue.refresh(rig.readings, kCellGroup);
+  EXPECT_THAT(rig.take(), ::testing::Contains(K_LTE_RSRP_RSRQ_SINR));
+  rig.queue.refresh(rig.readings, kCellGroup);
+  EXPECT_THAT(rig.take(), ::testing::Not(::testing::Contains(K_LTE_RSRP_RSRQ_SINR)));
+}
+
 TEST(ReportQueue, SendsNothingAgainThatWasNotRefreshed) {
   Rig rig;
   rig.level(-90);

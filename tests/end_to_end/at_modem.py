@@ -43,6 +43,7 @@ class AtModem:
         self.connections = []
 
     def close(self):
+        self.listener.shutdown(socket.SHUT_RDWR)
         self.listener.close()
         self.hang_up()
 
