@@ -116,7 +116,7 @@ bool isRefusal(const std::string& error) {
 bus::Connection openSystemBus(std::string& reason) {
   sd_bus* bus = nullptr;
   const int result = sd_bus_open_system(&bus);
-  if (result < 0) reason = std::string("system bus: ") + std::strerror(-result);
+  if (result < 0) reason = std::string("the system bus cannot be reached: ") + std::strerror(-result);
   return bus::Connection(result < 0 ? nullptr : bus);
 }
 
@@ -163,7 +163,7 @@ void ModemManagerSource::connect() {
       match(fromService + "interface='" + kProperties + "',member='PropertiesChanged'", onChanged),
   };
   if (*std::ranges::min_element(results) < 0) {
-    _reason = "system bus: it refuses to be listened to";
+    _reason = "the system bus refuses to be listened to";
     _bus = nullptr;
     return;
   }
@@ -172,7 +172,7 @@ void ModemManagerSource::connect() {
 
 void ModemManagerSource::disconnect() {
   _bus = nullptr;
-  _reason = "system bus: the connection is lost";
+  _reason = "the system bus is lost";
   _owner.clear();
   _objects.clear();
   choose();
