@@ -116,7 +116,8 @@ bool isRefusal(const std::string& error) {
 bus::Connection openSystemBus(std::string& reason) {
   sd_bus* bus = nullptr;
   const int result = sd_bus_open_system(&bus);
-  if (result < 0) reason = std::string("the system bus cannot be reached: ") + std::strerror(-result);
+  if (result < 0)
+    reason = std::string("the system bus cannot be reached: ") + std::strerror(-result);
   return bus::Connection(result < 0 ? nullptr : bus);
 }
 
@@ -344,12 +345,17 @@ void ModemManagerSource::askForLocation() {
   });
 }
 
+// Every connection may have a bearer object of its own: those that are gone are forgotten.
 void ModemManagerSource::readCardAndBearers() {
   const Readings& properties = followed(kModem);
-  if (const std::string sim = textAt(properties, "Sim"); !sim.empty() && sim != "/")
-    readAll(sim, kSim);
-  for (const std::string& bearer : pathsIn(modem::at(properties, "Bearers")))
-    readAll(bearer, kBearer);
+  const std::string sim = textAt(properties, "Sim");
+  const std::vector<std::string> bearers = pathsIn(modem::at(properties, "Bearers"));
+  std::erase_if(_objects, [&](const auto& object) {
+    return !object.second.contains(kModem) && object.first != sim &&
+           std::ranges::find(bearers, object.first) == bearers.end();
+  });
+  if (!sim.empty() && sim != "/") readAll(sim, kSim);
+  for (const std::string& bearer : bearers) readAll(bearer, kBearer);
 }
 
 modem::ModemReadings ModemManagerSource::readings() const {

@@ -146,6 +146,8 @@ ANSWERS = [
     (r"\+CSCS=\?", says('+CSCS: ("IRA","UCS2")')),
     (r"\+CGDCONT=\?", says('+CGDCONT: (1-4),"IP",,,(0),(0)')),
     (r"\+CGDCONT\?", says('+CGDCONT: 1,"IP","internet","",0,0')),
+    (r"\+CGDCONT=.*|\+CGACT=.*", says()),
+    (r"D\*99.*", lambda modem, match: ["CONNECT"]),
     (r"\+CGACT\?", says("+CGACT: 1,0")),
     (r"\+CLCK=.*", says("+CLCK: 0")),
 ]

@@ -144,6 +144,8 @@ def a_modem_on_nr_is_said_to_be():
             check(f"{name} does not come", trial.standing(name) == "not offered")
         trial.manager.change(trial.manager.path(0), MODEM, AccessTechnologies=("u", NR | LTE))
         check("beside LTE it is on LTE", trial.stands("registered, on LTE"))
+        trial.basebandd.terminate()
+        check("the service ends in order", trial.basebandd.wait(20) == 0)
 
 
 def one_of_several_modems_is_followed():
@@ -189,7 +191,7 @@ def fifty_restarts_lose_nothing():
 
 
 def a_days_changes_leave_the_memory_flat():
-    """A level every two seconds of a day, and a registration that moves every hundred."""
+    """A level every two seconds of a day, and every hundred a registration and a bearer that move."""
     changes = 86_400 // 2
     with Trial() as trial:
         path = trial.manager.path(0)
@@ -201,6 +203,9 @@ def a_days_changes_leave_the_memory_flat():
                 if i % 50 == 0:
                     trial.manager.change(path, NETWORK,
                                          RegistrationState=("u", 1 if i % 100 else 3))
+                    trial.manager.objects.pop(f"{ROOT}/Bearer/{i - 50}", None)
+                    trial.manager.objects[f"{ROOT}/Bearer/{i}"] = {BEARER: {"Connected": ("b", True)}}
+                    trial.manager.change(path, MODEM, Bearers=("ao", [f"{ROOT}/Bearer/{i}"]))
                 if i % 20 == 0:
                     trial.status()  # answered once what was before it is read
 

@@ -123,6 +123,13 @@ def a_modem_goes_through_its_day():
             "LTE Serving Cell Info": ["cell_id 30322063", "tracking_area_code 2001",
                                       "num_mnc_digits 2", "sel_plmn_mcc 1", "sel_plmn_mnc 1"]})
 
+        check("a bearer comes up", trial.command(
+            "mmcli", "-m", "any", "--simple-connect=apn=internet,ip-type=ipv4").returncode == 0)
+        trial.shows("a bearer, whose address PPP will tell", {
+            "LTE Active Bearers": ["apn internet", "pdp_type PDP_TYPE_IPv4"]})
+        check("and down", trial.command("mmcli", "-m", "any", "--simple-disconnect").returncode == 0)
+        trial.shows("without bearer", {"LTE Active Bearers": []})
+
         modem.move("LTE", 0, 0, status=3)
         trial.shows("reject", {"LTE NAS": [FAILED]})
         modem.move("LTE", 0, 0, status=2)
