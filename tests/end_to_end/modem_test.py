@@ -103,6 +103,7 @@ def a_modem_goes_through_its_day():
             "UMTS Serving Cell Info": ["mcc 262", "mnc 1", "lac 1001", "cell_id 13828438",
                                        "num_mnc_digits 2"]})
         check("it says so", trial.stands("registered, on UMTS"))
+        mmcli_shows_the_same_older_cell(trial, "UMTS")
         check("LTE's levels are stale", wait_for(
             lambda: trial.standing("KCellularLteRsrpRsrqSinr") == "stale"))
         check("the status line says so",
@@ -116,6 +117,9 @@ def a_modem_goes_through_its_day():
                                       "num_mnc_digits 2"],
             # RXLEV 40 is -71 dBm.
             "GSM Idle Serv Cell Meas": ["idle_rxlev_dBm -71"]})
+        mmcli_shows_the_same_older_cell(trial, "GSM")
+        level = trial.mmcli("-m", "any", "--signal-get")["modem"]["signal"]["gsm"]["rssi"]
+        check(f"mmcli says {level} dBm", round(float(level)) == -71)
 
         modem.move("LTE", 0x7D1, 0x1CEAD8F, status=5, operator="00101", rsrp=50, rsrq=20)
         trial.shows("roaming", {
@@ -167,6 +171,16 @@ def mmcli_shows_the_same(trial):
     check("the card's IMSI", digits("ef_id 28423")[3:] == card["imsi"])
     check("the card's ICCID", digits("ef_id 12258") == card["iccid"])
     check("the card's GID1", files["ef_id 28478"].lower() == f"content <{card['gid1'].lower()}>")
+
+
+def mmcli_shows_the_same_older_cell(trial, technology):
+    location = trial.mmcli("-m", "any", "--location-get")["modem"]["location"]["3gpp"]
+    key = f"{technology} Serving Cell Info"
+    theirs = [f"mcc {int(location['mcc'])}", f"mnc {int(location['mnc'])}",
+              f"lac {int(location['lac'], 16)}", f"cell_id {int(location['cid'], 16)}",
+              f"num_mnc_digits {len(location['mnc'])}"]
+    check(f"mmcli says {theirs} where {key} shows {trial.pages()[key]}",
+          trial.pages()[key] == theirs)
 
 
 def a_modem_vanishes_and_returns():
