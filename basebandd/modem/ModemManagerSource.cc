@@ -373,7 +373,9 @@ modem::ModemReadings ModemManagerSource::readings() const {
   all.network = followed(kNetwork);
   const auto quality = modem::valueAt(all.modem, "SignalQuality", std::vector<modem::Reading>{});
   const bool isRecent = quality.size() == 2 && quality[1] == modem::Reading{true};
-  if (isRecent || now - _signalAt < kSignalHold) all.signal = followed(kSignal);
+  const Readings& signal = followed(kSignal);
+  const bool isRead = isRecent && numberAt(signal, "Rate") > 0;
+  if (isRead || now - _signalAt < kSignalHold) all.signal = signal;
   const auto location = modem::valueAt(followed(kLocation), "Location", Readings{});
   all.area = modem::areaOf(textAt(location, std::to_string(kAreaSource)));
   if (now - _cellsAt < kCellsHold) all.cells = _cells;

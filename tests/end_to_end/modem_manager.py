@@ -63,7 +63,7 @@ class ModemManager:
 
     def _answer(self, path, interface, member, values):
         if member == "GetManagedObjects":
-            return "a{oa{sa{sv}}}", {path: held for path, held in self.objects.items()
+            return "a{oa{sa{sv}}}", {known: held for known, held in self.objects.items()
                                      if MODEM in held}
         held = self.objects.get(path)
         if held is None:
@@ -77,6 +77,8 @@ class ModemManager:
         if member == "GetLocation":
             return "a{uv}", {1: ("s", self.locations[path])} if path in self.locations else {}
         if member == "Setup":
+            if interface == SIGNAL:
+                self.change(path, SIGNAL, Rate=("u", values[0]))
             return ("",)
         raise Fault("org.freedesktop.DBus.Error.UnknownMethod", member)
 
