@@ -86,7 +86,12 @@ struct BusServer::Client {
 };
 
 BusServer::BusServer(sd_event* loop, std::unique_ptr<MetricSource> source)
-    : _loop(loop), _source(std::move(source)) {}
+    : _loop(loop), _source(std::move(source)) {
+  _service.setIsStale([this](std::int64_t id) {
+    const auto standing = _source->standing(id);
+    return standing && standing->state == Standing::stale;
+  });
+}
 
 BusServer::~BusServer() = default;
 
@@ -256,6 +261,7 @@ bool BusServer::start(std::string& reason) {
              (named == -EEXIST ? "another service has this name" : std::strerror(-named));
     return false;
   }
+  _source->setWake([this] { armTimer(); });
   armTimer();
   return true;
 }
@@ -314,15 +320,28 @@ std::string BusServer::status() const {
   Json metrics = Json::array();
   for (const MetricStatus& m : _service.metrics()) {
     const CatalogueRow* row = catalogueRow(m.id);
-    metrics.push_back({{"id", m.id},
-                       {"class", row ? Json(std::string(row->table->name)) : Json()},
-                       {"count", m.count},
-                       {"age_ms", m.age.count()}});
+    Json metric = {{"id", m.id},
+                   {"class", row ? Json(std::string(row->table->name)) : Json()},
+                   {"count", m.count},
+                   {"age_ms", m.age.count()}};
+    const auto standing = _source->standing(m.id);
+    if (standing && standing->state == Standing::live) metric["standing"] = "live";
+    if (standing && standing->state == Standing::stale) {
+      metric["standing"] = "stale";
+      metric["stale_ms"] = standing->age.count();
+    }
+    metrics.push_back(std::move(metric));
   }
+  Json notOffered = Json::array();
+  for (const CatalogueRow& row : catalogue())
+    if (const auto standing = _source->standing(row.metricID);
+        row.metricID != 0 && standing && standing->state == Standing::notOffered)
+      notOffered.push_back(std::string(row.table->name));
   return Json{{"source", _source->description()},
               {"paused", _heldAt.has_value()},
               {"sessions", sessions},
-              {"metrics", metrics}}
+              {"metrics", metrics},
+              {"not_offered", notOffered}}
       .dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 

@@ -9,6 +9,13 @@
 
 namespace quorin {
 
+/// How a metric of a source stands.
+struct Standing {
+  enum State : std::uint8_t { live, stale, notOffered };
+  State state;
+  Milliseconds age;  // since it last came, or since it is stale
+};
+
 /// Where the service's metrics come from: a simulated modem, a recording, or a live one.
 /// One thread; time is handed in, so that tests own it.
 class MetricSource {
@@ -30,6 +37,14 @@ class MetricSource {
                  std::size_t most = std::numeric_limits<std::size_t>::max()) {
     for (; most > 0 && next() && *next() <= now; --most) give(sink);
   }
+
+  /// How the metric stands; empty: the source goes on with all that it gives.
+  [[nodiscard]] virtual std::optional<Standing> standing(std::int64_t /*metricID*/) const {
+    return std::nullopt;
+  }
+
+  /// Has this called whenever `next` comes nearer by itself.
+  virtual void setWake(std::function<void()> /*wake*/) {}
 
   /// One line for people: what the source is and how it stands.
   [[nodiscard]] virtual std::string description() const = 0;

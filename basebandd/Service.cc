@@ -81,6 +81,7 @@ osmin::CommandResult Service::query(Session& session, const XpcRef& input) {
   }
   const auto latest = _latest.find(*id);
   if (latest == _latest.end()) return {kNoValue, "the metric has no value yet"};
+  if (isStale(*id)) return {kNoValue, "the metric's value is stale"};
   if (!session.channel) return {kNoValue, "events are off"};
   const Milliseconds now = currentClock().uptime();
   enqueue(session, *id, latest->second.event, now);
@@ -96,7 +97,7 @@ void Service::eventsOn(const std::string& name, std::shared_ptr<EventChannel> ch
   session.lastSent.clear();
   const Milliseconds now = currentClock().uptime();
   for (const auto& [id, period] : session.config)
-    if (const auto latest = _latest.find(id); latest != _latest.end())
+    if (const auto latest = _latest.find(id); latest != _latest.end() && !isStale(id))
       enqueue(session, id, latest->second.event, now);
   flush(session, now);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -63,6 +64,10 @@ class Service {
   /// says.
   [[nodiscard]] bool takeMetric(std::int64_t id, const Ref<Data>& payload, std::string& reason);
 
+  /// Asks this whether a metric's latest value is no longer current: it is neither delivered when
+  /// events are switched on nor given to a query.
+  void setIsStale(std::function<bool(std::int64_t id)> isStale) { _isStale = std::move(isStale); }
+
   /// Sends what is due and what waited for its channel.
   void deliver();
   /// Uptime when `deliver` next has something to send that only waits for its period; empty: never.
@@ -101,6 +106,9 @@ class Service {
   static void enqueue(Session& session, std::int64_t id, const XpcRef& event, Milliseconds due);
   static void flush(Session& session, Milliseconds now);
 
+  [[nodiscard]] bool isStale(std::int64_t id) const { return _isStale && _isStale(id); }
+
+  std::function<bool(std::int64_t id)> _isStale;
   std::map<std::string, Session> _sessions;  // by unique bus name
   std::map<std::int64_t, Latest> _latest;    // by metric ID
 };

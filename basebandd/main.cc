@@ -29,12 +29,12 @@ void endOnSignals(sd_event* loop) {
 
 int serve(const SourceOptions& options) {
   std::string reason;
-  auto source = makeSource(options, reason);
-  if (!source) return fail(wrongUse, reason);
   sd_event* made = nullptr;
   if (const int result = sd_event_default(&made); result < 0)
     return fail(failed, std::strerror(-result));
   const bus::EventLoop loop(made);
+  auto source = makeSource(options, loop.get(), reason);
+  if (!source) return fail(wrongUse, reason);
   endOnSignals(loop.get());
   BusServer server(loop.get(), std::move(source));
   if (!server.start(reason)) return fail(failed, reason);
@@ -52,6 +52,9 @@ int main(int argc, char** argv) {
   app.add_option("--seed", options.seed, "Seed of the simulated drive")->capture_default_str();
   app.add_option("--recording", options.recording, "Recording to replay");
   app.add_option("--speed", speed, "How many times faster than recorded, or max");
+  app.add_option(
+      "--modem", options.modem,
+      "Live modem: its number, object path, device or model; else the first enabled one");
   app.add_flag("--loop", options.loop, "Start the recording over at its end");
   app.footer(
       "The service takes its name on the system bus, or on the bus that the environment's\n"

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <systemd/sd-event.h>
+
 #include <memory>
 #include <optional>
 #include <string>
@@ -16,10 +18,12 @@ struct SourceOptions {
   std::string recording;
   Speed speed = 1.0;
   bool loop = false;
+  std::string modem;
 };
 
-/// Makes the source that the options name. Null when it cannot be made; `reason` then says why.
-[[nodiscard]] std::unique_ptr<MetricSource> makeSource(const SourceOptions& options,
+/// Makes the source that the options name, on this event loop. Null when it cannot be made;
+/// `reason` then says why.
+[[nodiscard]] std::unique_ptr<MetricSource> makeSource(const SourceOptions& options, sd_event* loop,
                                                        std::string& reason);
 
 }  // namespace quorin

@@ -10,6 +10,9 @@ endfunction()
 
 quorin_install(common ${data}/quorin ${resources})
 quorin_install(service ${data}/dbus-1/system.d ${from}/org.brennic.BasebandManager1.conf)
+quorin_install(service ${data}/dbus-1/system.d ${from}/org.quorin.basebandd.ModemManager.conf)
+install(FILES ${from}/org.quorin.basebandd.rules DESTINATION ${data}/polkit-1/rules.d
+  RENAME 60-basebandd.rules COMPONENT service)
 quorin_install(service ${data}/dbus-1/system-services ${from}/org.brennic.BasebandManager1.service)
 install(FILES ${from}/basebandd.sysusers DESTINATION lib/sysusers.d RENAME basebandd.conf
   COMPONENT service)
@@ -84,11 +87,11 @@ endif()
 
 quorin_package(service quorin-service PROGRAMS basebandd DEPENDS
   "default-dbus-system-bus | dbus-system-bus"
-  "systemd | systemd-standalone-sysusers | systemd-sysusers" DESCRIPTION
+  "systemd | systemd-standalone-sysusers | systemd-sysusers" SUGGESTS modemmanager DESCRIPTION
 "baseband-manager service
 Gives the metrics of a cellular modem to any number of clients over the system
-bus, which starts it when one asks. It has no modem of its own yet: its sources
-are a simulated drive, with which it starts, and recordings. Only members of
+bus, which starts it when one asks. Its sources are the modem that ModemManager
+has, a simulated drive, with which it starts, and recordings. Only members of
 the group baseband may ask.")
 
 quorin_package(tools quorin-tools PROGRAMS metricctl DESCRIPTION

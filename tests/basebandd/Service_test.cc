@@ -237,5 +237,21 @@ TEST(Service, TellsHowItsMetricsStand) {
   EXPECT_EQ(metrics[0].age, Milliseconds{1500});
 }
 
+TEST(Service, KeepsAStaleValueToItself) {
+  Rig rig;
+  bool isStale = true;
+  rig.service.setIsStale([&](std::int64_t id) { return isStale && id == K_LTE_RRC_STATE; });
+  rig.configure(kRrcState);
+  rig.metric(K_LTE_RRC_STATE, "01");
+  rig.switchOn();
+  EXPECT_THAT(rig.channel->take(), IsEmpty());
+  const auto answer = rig.query(K_LTE_RRC_STATE, 0);
+  EXPECT_EQ(answer.status, Service::kNoValue);
+  EXPECT_EQ(answer.message, "the metric's value is stale");
+  isStale = false;
+  EXPECT_EQ(rig.query(K_LTE_RRC_STATE, 0).status, 0);
+  EXPECT_THAT(rig.channel->take(), ElementsAre("1: 3C4E04 01"));
+}
+
 }  // namespace
 }  // namespace quorin::test

@@ -13,7 +13,7 @@ CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Con
 <busconfig><type>custom</type><listen>unix:path={path}</listen><auth>EXTERNAL</auth>
 <policy context="default"><allow user="*"/><allow own="*"/><allow send_destination="*"/>
 <allow receive_sender="*"/><allow eavesdrop="true"/></policy>
-<limit name="max_connections_per_user">1000</limit></busconfig>"""
+<limit name="max_connections_per_user">1000</limit>{policies}</busconfig>"""
 
 
 def wait_for(what, seconds=10, every=0.01):
@@ -47,12 +47,12 @@ def pages_of(text):
 
 
 class PrivateBus:
-    def __init__(self, programs):
+    def __init__(self, programs, policies=""):
         self.programs = programs
         self.folder = tempfile.TemporaryDirectory()
         path = pathlib.Path(self.folder.name) / "bus"
         configuration = pathlib.Path(self.folder.name) / "bus.conf"
-        configuration.write_text(CONFIGURATION.format(path=path))
+        configuration.write_text(CONFIGURATION.format(path=path, policies=policies))
         self.address = f"unix:path={path}"
         # What the address sanitizer holds back would look like growth of the service.
         self.environment = dict(os.environ, BASEBAND_BUS_ADDRESS=self.address, TZ="UTC",

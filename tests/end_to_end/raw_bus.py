@@ -18,9 +18,12 @@ def first_type(signature):
     """The first complete type of a signature."""
     if signature[0] == "a":
         return "a" + first_type(signature[1:])
-    if signature[0] in "({":
-        return signature[:signature.index(")" if signature[0] == "(" else "}") + 1]
-    return signature[0]
+    depth = 0
+    for length, letter in enumerate(signature, start=1):
+        depth += (letter in "({") - (letter in ")}")
+        if depth == 0:
+            return signature[:length]
+    raise ValueError(f"{signature} ends within a type")
 
 
 def pad(out, alignment):

@@ -6,7 +6,8 @@ import sys
 import tempfile
 
 from checks import check, run
-from private_bus import wait_for
+from modem_manager import ModemManager, modem
+from private_bus import PrivateBus, wait_for
 
 SOURCE, RECORDING = sys.argv[1], sys.argv[2]
 PAGE = ["--pages", "LTE RRC State", "--quiet"]
@@ -28,14 +29,14 @@ def processes_of(folder):
 class Run:
     """./run in a process group and a folder for temporary files of its own."""
 
-    def __init__(self, *arguments):
+    def __init__(self, *arguments, **variables):
         self.folder = tempfile.TemporaryDirectory()
         environment = {name: value for name, value in os.environ.items()
                        if name not in ("DISPLAY", "WAYLAND_DISPLAY")}
         self.process = subprocess.Popen(
             [f"{SOURCE}/run", *arguments], text=True, stdin=subprocess.DEVNULL,
             stdout=subprocess.PIPE, stderr=subprocess.PIPE, start_new_session=True,
-            env=dict(environment, TMPDIR=self.folder.name, TZ="UTC"))
+            env=dict(environment, TMPDIR=self.folder.name, TZ="UTC", **variables))
 
     def started(self, program):
         """The process of this program, once it runs."""
@@ -93,11 +94,33 @@ def it_names_what_it_cannot_use():
     for arguments, line in ((["nowhere.jsonl"], "run: nowhere.jsonl: cannot be read"),
                             (["--seed", "x"], "run: 'x' is no seed: a whole number"),
                             (["--seed"], "run: --seed needs a value"),
-                            (["--speed", "2"], "run: --speed is for a FILE; the simulated drive has "
-                                               "its own pace")):
+                            (["--speed", "2"], "run: --speed is for a FILE; a drive and a modem have "
+                                               "their own pace"),
+                            (["--modem", RECORDING],
+                             f"run: either --modem or a FILE: '{RECORDING}'")):
         code, _, err = Run(*arguments).ended()
         check(f"{arguments}: {code} {err}", code == 2 and err == line + "\n")
 
 
-run(it_shows_the_simulated_drive_and_says_so, it_plays_a_file_and_ends_with_it,
-    it_ends_on_a_signal, it_ends_when_one_of_them_dies, it_names_what_it_cannot_use)
+def it_shows_the_machines_modem():
+    code, _, err = Run("--modem", DBUS_SYSTEM_BUS_ADDRESS="unix:path=/nowhere").ended()
+    check(f"without a bus: {code} {err}", code == 2 and err.splitlines()[-1] == (
+        "run: the system bus cannot be reached: No such file or directory; "
+        "a simulated drive instead: ./run"))
+    with PrivateBus(f"{SOURCE}/build/release/bin") as bus:
+        manager = ModemManager(bus.address)
+        manager.start()
+        code, _, err = Run("--modem", DBUS_SYSTEM_BUS_ADDRESS=bus.address).ended()
+        check(f"without a modem: {code} {err}", code == 2 and err.splitlines()[-1] ==
+              "run: ModemManager knows no modem; a simulated drive instead: ./run")
+        manager.add(0, modem(0))
+        code, out, err = Run("--modem", "--seconds", "2", "--quiet", "--pages", "LTE NAS",
+                             DBUS_SYSTEM_BUS_ADDRESS=bus.address).ended()
+        manager.stop()
+    check(f"with one: {code} {err} {out}", code == 0 and "KREG_STATUS_NORMAL_SERVICE" in out
+          and err.splitlines()[-1] == "quorin: live modem 0 (Quorin Stand-in), registered, on LTE")
+
+
+run(it_shows_the_machines_modem, it_shows_the_simulated_drive_and_says_so,
+    it_plays_a_file_and_ends_with_it, it_ends_on_a_signal, it_ends_when_one_of_them_dies,
+    it_names_what_it_cannot_use)

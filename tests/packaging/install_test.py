@@ -16,10 +16,12 @@ lib/systemd/system/basebandd.service
 lib/sysusers.d/basebandd.conf
 share/dbus-1/system-services/org.brennic.BasebandManager1.service
 share/dbus-1/system.d/org.brennic.BasebandManager1.conf
+share/dbus-1/system.d/org.quorin.basebandd.ModemManager.conf
 share/doc/quorin-common/copyright
 share/doc/quorin-service/copyright
 share/doc/quorin-terminal/copyright
 share/doc/quorin-tools/copyright
+share/polkit-1/rules.d/60-basebandd.rules
 share/quorin/drive.jsonl
 share/quorin/zef_test_lte.deviceconfig
 """

@@ -19,6 +19,14 @@ int fail(const std::string& reason) {
   return wrongUse;
 }
 
+// Of a source that knows: ", live" or ", stale for 12 s".
+std::string standingOf(const Json& metric) {
+  if (!metric.contains("standing")) return "";
+  const auto standing = ", " + metric["standing"].get<std::string>();
+  if (!metric.contains("stale_ms")) return standing;
+  return standing + " for " + std::to_string(metric["stale_ms"].get<std::int64_t>() / 1000) + " s";
+}
+
 void printStatus(const Json& status) {
   std::cout << "source    " << status["source"].get<std::string>()
             << (status["paused"].get<bool>() ? " (paused)" : "") << '\n';
@@ -32,7 +40,11 @@ void printStatus(const Json& status) {
               << (metric["class"].is_string() ? metric["class"].get<std::string>()
                                               : metric["id"].dump())
               << std::right << std::setw(8) << metric["count"] << "  "
-              << metric["age_ms"].get<std::int64_t>() / 1000 << " s ago\n";
+              << metric["age_ms"].get<std::int64_t>() / 1000 << " s ago" << standingOf(metric)
+              << '\n';
+  for (const Json& name : status.value("not_offered", Json::array()))
+    std::cout << "metric    " << std::left << std::setw(40) << name.get<std::string>() << std::right
+              << "not offered by this modem\n";
 }
 
 int status(bool json) {

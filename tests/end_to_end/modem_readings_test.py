@@ -1,0 +1,248 @@
+"""modem_readings_test.py BIN RECORDING: the live source with a stand-in of ModemManager: cell lists,
+bearers, several modems, NR, unknown values, restarts, and a day's changes."""
+import os
+import pathlib
+import re
+import sys
+import time
+
+from checks import check, run
+from modem_manager import (BEARER, GSM, GSM_CELL, LTE, LTE_CELL, MODEM, NAME, NETWORK, NR, NR_CELL,
+                           ROOT, SIGNAL, SIM, UMTS, UMTS_CELL, ModemManager, cell, modem)
+from private_bus import PrivateBus, resident_kilobytes, wait_for
+from raw_bus import ERROR, RawBus
+from recorded_pages import RecordedPages
+
+BIN = sys.argv[1]
+IDENTITY = ["num_mnc_digits 2", "sel_plmn_mcc 262", "sel_plmn_mnc 1"]
+NEIGHBOURS = [
+    cell(LTE_CELL, earfcn=1300, physical_ci="64", rsrp=-101.0, rsrq=-12.5),
+    cell(UMTS_CELL, uarfcn=10562, psc=7, rscp=-88.6, ecio=-7.5),
+    cell(GSM_CELL, arfcn=62, base_station_id="3F", rx_level=31),
+]
+
+
+class Trial(RecordedPages, PrivateBus):
+    def __init__(self, *arguments, modems=None, policies=""):
+        super().__init__(BIN, policies)
+        self.environment["DBUS_SYSTEM_BUS_ADDRESS"] = self.address
+        self.manager = ModemManager(self.address)
+        for number, interfaces in (modems or {0: modem(0)}).items():
+            self.manager.add(number, interfaces)
+        self.manager.start()
+        self.basebandd = self.service("--source", "modem", *arguments)
+        self.record()
+
+    def levels(self, **technologies):
+        self.manager.change(self.manager.path(0), SIGNAL, **{
+            name: ("a{sv}", {key: ("d", float(level)) for key, level in levels.items()})
+            for name, levels in technologies.items()})
+
+
+def a_cell_list_fills_the_pages():
+    with Trial() as trial:
+        path = trial.manager.path(0)
+        check("signal updates are asked for",
+              wait_for(lambda: (path, [2]) in trial.manager.called("Setup")))
+        check("the area is asked for, and what others asked for stays",
+              wait_for(lambda: (path, [3, False]) in trial.manager.called("Setup")))
+        trial.manager.cells[path] = [
+            *NEIGHBOURS, cell(LTE_CELL, True, operator_id="26201", tac="7D1", ci="1CEAD8F",
+                              physical_ci="1A0", earfcn=6300, rsrp=-95.0, rsrq=-10.0)]
+        trial.shows("LTE", {
+            "LTE Serving Cell Info": [
+                "phy_cell_id 416", "dl_freq 6300", "ul_freq 24300", "cell_id 30322063",
+                "freq_band_ind 20", "tracking_area_code 2001", *IDENTITY],
+            "LTE LTE Neighbor Cell Meas": ["nbr_earfcn 1300", "nbr_phys_cell_id 100",
+                                           "freq_band_ind 3", "nbr_rsrp -101", "nbr_rsrq -12.5"],
+            "LTE UMTS Neighbor Cell Meas": ["uarfcn 10562", "psc 7", "rscp -89", "ecno 17.0"],
+            "LTE GSM Neighbor Cell Meas": ["arfcn 62", "bsic 63", "rxlev 31"]})
+        trial.levels(Lte={"rsrp": -95.4, "rsrq": -10.0, "snr": 12.4, "rssi": -65})
+        # Half dB: 12.4 dB are 25 halves.
+        trial.shows("LTE levels", {"LTE Serving Cell Meas": [
+            "phy_cell_id 416", "rsrp0 -95", "rsrq0 -10", "sinr0 12.5"]})
+
+        trial.manager.cells[path] = [
+            cell(UMTS_CELL, True, operator_id="26201", lac="3E9", ci="D30156", uarfcn=2950, psc=17),
+            *NEIGHBOURS]
+        trial.manager.change(path, MODEM, AccessTechnologies=("u", UMTS))
+        trial.levels(Lte={}, Umts={"rssi": -71.2, "rscp": -80.0, "ecio": -6.0})
+        trial.shows("UMTS", {
+            "UMTS Serving Cell Info": [
+                "mcc 262", "mnc 1", "lac 1001", "cell_id 13828438",
+                "wcdma_band SYS_BAND_WCDMA_VIII_900", "dl_uarfcn 2950", "psc 17",
+                "num_mnc_digits 2"],
+            "UMTS Serving Cell Meas": ["Come back later "],
+            "UMTS UMTS Neighbor Cell Meas": ["uarfcn 10562", "band 1", "psc 7", "ecno 17.0",
+                                             "rscp -89"],
+            "UMTS GSM Neighbor Cell Meas": ["arfcn 62", "bsic 63", "rxlev 31"],
+            "UMTS LTE Neighbor Cell Meas": ["earfcn 1300", "phy_cell_id 100", "eutra_band 3",
+                                            "rsrp -101", "rsrq -12.5"]})
+
+        trial.manager.cells[path] = [
+            cell(GSM_CELL, True, operator_id="26201", lac="3E9", ci="2BAF", arfcn=700,
+                 base_station_id="A", rx_level=40), *NEIGHBOURS]
+        trial.manager.change(path, MODEM, AccessTechnologies=("u", GSM))
+        trial.levels(Umts={}, Gsm={"rssi": -71.0})
+        trial.shows("GSM, on a number of two bands", {
+            "GSM Serving Cell Info": ["mcc 262", "mnc 1", "lac 1001", "cell_id 11183", "arfcn 700",
+                                      "bsic 10", "num_mnc_digits 2"],
+            "GSM Idle Serv Cell Meas": ["scell_arfcn 700", "idle_rxlev_dBm -71"],
+            "GSM GSM Neighbor Cell Meas": ["bsic 63", "arfcn 62", "rxlev 31"]})
+
+
+def unknown_values_stay_absent():
+    with Trial() as trial:
+        path = trial.manager.path(0)
+        trial.manager.cells[path] = [
+            cell(LTE_CELL, True, operator_id="", tac="FFFE", ci="FFFFFFFF", physical_ci="",
+                 earfcn=0xFFFFFFFF, rsrp=-32768.0, rsrq=float("nan")),
+            cell(LTE_CELL, earfcn=0xFFFFFFFF, physical_ci="", rsrp=-32768.0, rsrq=float("nan")),
+            cell(LTE_CELL, earfcn=1300, physical_ci="64", rsrp=-32768.0, rsrq=float("nan"))]
+        trial.levels(Lte={"rsrp": -32768, "rsrq": float("nan"), "snr": 4294967295})
+        trial.shows("only what is known", {
+            "LTE Serving Cell Info": IDENTITY,
+            "LTE LTE Neighbor Cell Meas": ["nbr_earfcn 1300", "nbr_phys_cell_id 100",
+                                           "freq_band_ind 3"]})
+        check("levels that are none do not come",
+              trial.standing("KCellularLteRsrpRsrqSinr") == "not offered")
+
+
+def bearers_come_and_go():
+    with Trial() as trial:
+        path, bearer = trial.manager.path(0), f"{ROOT}/Bearer/0"
+        trial.manager.objects[bearer] = {BEARER: {
+            "Connected": ("b", False),
+            "Properties": ("a{sv}", {"apn": ("s", "internet"), "ip-type": ("u", 4)}),
+            "Ip4Config": ("a{sv}", {}), "Ip6Config": ("a{sv}", {})}}
+        trial.manager.change(path, MODEM, Bearers=("ao", [bearer]))
+        trial.shows("a bearer that is not up", {"LTE Active Bearers": []})
+        check("it is read", wait_for(lambda: (bearer, [BEARER]) in trial.manager.called("GetAll")))
+        time.sleep(0.2)
+        trial.manager.change(
+            bearer, BEARER, Connected=("b", True),
+            Ip4Config=("a{sv}", {"method": ("u", 2), "address": ("s", "10.64.0.9"),
+                                 "prefix": ("u", 30), "dns1": ("s", "10.64.0.1"),
+                                 "dns2": ("s", "10.64.0.2")}),
+            Ip6Config=("a{sv}", {"method": ("u", 2), "address": ("s", "2001:db8::9")}))
+        trial.shows("up", {"LTE Active Bearers": [
+            "apn internet", "pdp_type PDP_TYPE_IPv4v6",
+            "pdp_addr <0a40000920010db8000000000000000000000009>",
+            "primary_dns_type PDP_TYPE_IPv4", "primary_dns_addr <0a400001>",
+            "secondary_dns_type PDP_TYPE_IPv4", "secondary_dns_addr <0a400002>"]})
+        trial.manager.change(bearer, BEARER, Connected=("b", False), Ip4Config=("a{sv}", {}),
+                             Ip6Config=("a{sv}", {}))
+        trial.shows("down", {"LTE Active Bearers": []})
+
+
+def a_modem_on_nr_is_said_to_be():
+    with Trial(modems={0: modem(0, access=NR)}) as trial:
+        trial.manager.cells[trial.manager.path(0)] = [
+            cell(NR_CELL, True, operator_id="26201", tac="7D1", nrarfcn=627264)]
+        check("status says so", trial.stands("registered, on NR, not represented"))
+        for name in ("KCellularEmmContext", "KCellularMmContext", "KCellularLteScellInfo"):
+            check(f"{name} does not come", trial.standing(name) == "not offered")
+        trial.manager.change(trial.manager.path(0), MODEM, AccessTechnologies=("u", NR | LTE))
+        check("beside LTE it is on LTE", trial.stands("registered, on LTE"))
+        trial.basebandd.terminate()
+        check("the service ends in order", trial.basebandd.wait(20) == 0)
+
+
+def one_of_several_modems_is_followed():
+    two = lambda: {0: modem(0, state=3), 1: modem(1, model="Second"), 2: modem(2, model="Third")}
+    with Trial(modems=two()) as trial:
+        check("the first enabled one", wait_for(lambda: "modem 1 " in trial.status()["source"]))
+        trial.manager.change(trial.manager.path(0), MODEM, State=("i", 8))
+        time.sleep(0.3)
+        check("it goes on with it", "modem 1 " in trial.status()["source"])
+        trial.manager.remove(1)
+        check("until it vanishes", wait_for(lambda: "modem 0 " in trial.status()["source"]))
+    for name in ("2", "/sys/devices/modem2", "Third", f"{ROOT}/Modem/2"):
+        with Trial("--modem", name, modems=two()) as trial:
+            check(f"the one named {name}", wait_for(lambda: "modem 2 " in trial.status()["source"]))
+            trial.manager.remove(2)
+            check("and no other", trial.stands(f"ModemManager knows no modem '{name}'"))
+
+
+def a_cell_list_that_is_not_offered_is_asked_for_once():
+    with Trial(modems={0: modem(0, state=3)}) as trial:
+        trial.manager.refused = "org.freedesktop.ModemManager1.Error.Core.Unsupported"
+        trial.manager.change(trial.manager.path(0), MODEM, State=("i", 8))
+        check("it is asked for", wait_for(lambda: trial.manager.called("GetCellInfo")))
+        time.sleep(6)
+        check("once", len(trial.manager.called("GetCellInfo")) == 1)
+        check("the neighbours are not offered",
+              trial.standing("KCellularLteNbrEutraCellMeas") == "not offered")
+
+
+def fifty_restarts_lose_nothing():
+    with Trial() as trial:
+        for round_ in range(50):
+            trial.manager.stop()
+            check("it is seen to go", trial.stands("no ModemManager on the system bus"))
+            trial.manager.objects[trial.manager.path(0)][NETWORK]["RegistrationState"] = (
+                "u", 1 if round_ % 2 else 3)
+            trial.manager.start()
+            check("and to come", trial.stands("registered, on LTE"))
+            status = "NORMAL_SERVICE" if round_ % 2 else "REGISTRATION_FAILURE"
+            trial.shows(f"restart {round_}", {"LTE NAS": [
+                f"reg_status KREG_STATUS_{status}", "ue_op_mode EPS_UE_OP_MODE_PS_MODE_2"]})
+        check("the same service all along", trial.basebandd.poll() is None)
+
+
+def a_days_changes_leave_the_memory_flat():
+    """A level every two seconds of a day, and every hundred a registration and a bearer that move."""
+    changes = 86_400 // 2
+    with Trial() as trial:
+        path = trial.manager.path(0)
+        given = lambda: sum(metric["count"] for metric in trial.status()["metrics"])
+
+        def work(count):
+            for i in range(count):
+                trial.levels(Lte={"rsrp": -80 - i % 40, "rsrq": -10, "snr": i % 20})
+                if i % 50 == 0:
+                    trial.manager.change(path, NETWORK,
+                                         RegistrationState=("u", 1 if i % 100 else 3))
+                    trial.manager.objects.pop(f"{ROOT}/Bearer/{i - 50}", None)
+                    trial.manager.objects[f"{ROOT}/Bearer/{i}"] = {BEARER: {"Connected": ("b", True)}}
+                    trial.manager.change(path, MODEM, Bearers=("ao", [f"{ROOT}/Bearer/{i}"]))
+                if i % 20 == 0:
+                    trial.status()  # answered once what was before it is read
+
+        work(changes // 10)
+        before = resident_kilobytes(trial.basebandd)
+        work(changes)
+        after, count = resident_kilobytes(trial.basebandd), given()
+        print(f"  {before} kB before, {after} kB after {changes} changes, {count} metrics")
+        check(f"they come: {count}", count > changes // 20)
+        check(f"memory: {before} kB before, {after} kB after", after < before + 2048)
+
+
+def the_policy_opens_what_is_read_and_nothing_else():
+    shipped = pathlib.Path(__file__).parents[2] / "packaging/org.quorin.basebandd.ModemManager.conf"
+    policy = re.search("<policy.*</policy>", shipped.read_text(), re.S)[0].replace(
+        'user="basebandd"', f'user="{os.getuid()}"')
+    with Trial(policies=policy) as trial:
+        path = trial.manager.path(0)
+        trial.manager.locations[path] = "262,01,0,1CEAD8F,7D1"
+        trial.manager.cells[path] = [cell(LTE_CELL, True, earfcn=6300)]
+        trial.shows("what the source needs is open", {"LTE Serving Cell Info": [
+            "dl_freq 6300", "ul_freq 24300", "cell_id 30322063", "freq_band_ind 20",
+            "tracking_area_code 2001", *IDENTITY]})
+        check("levels are asked for", (path, [2]) in trial.manager.called("Setup"))
+        with RawBus(trial.address) as client:
+            for interface, member, *values in [
+                    (MODEM, "Enable", "b", 0), (MODEM, "Reset"), (MODEM, "CreateBearer", "a{sv}", {}),
+                    (NETWORK, "Scan"), (SIM, "SendPin", "s", "0000"), (BEARER, "Connect"),
+                    (MODEM + ".Messaging", "List"), (MODEM + ".Command", "Command")]:
+                kind, body = client.call(member, *values, path=path, interface=interface,
+                                         destination=NAME)
+                check(f"{member} is refused: {body}",
+                      kind == ERROR and b"org.freedesktop.ModemManager1" in body)
+                check(f"{member} does not arrive", not trial.manager.called(member))
+
+
+run(the_policy_opens_what_is_read_and_nothing_else, a_cell_list_fills_the_pages, unknown_values_stay_absent, bearers_come_and_go,
+    a_modem_on_nr_is_said_to_be, one_of_several_modems_is_followed,
+    a_cell_list_that_is_not_offered_is_asked_for_once, fifty_restarts_lose_nothing,
+    a_days_changes_leave_the_memory_flat)
