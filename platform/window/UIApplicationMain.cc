@@ -45,8 +45,8 @@ WindowLook lookOf(const WindowArguments& arguments) {
   return look;
 }
 
-/// Ends the program with one line where Qt would abort, such as without a display.
-void endOnFatal(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
+/// Qt's words as one line; ends the program where Qt would abort, as without a display.
+void sayInOneLine(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
   const std::string line = text.simplified().toStdString();
   std::fprintf(stderr, "quorin: %s\n", line.c_str());
   if (type != QtFatalMsg) return;
@@ -69,7 +69,7 @@ int run(int& argc, char** argv, const LaunchArguments& launchArguments,
     setPrintSink([](std::string_view) {});
     if (!systemLoggerListens()) setSystemLogSink([](std::string_view) {});
   }
-  qInstallMessageHandler(endOnFatal);
+  qInstallMessageHandler(sayInOneLine);
   QGuiApplication qt(argc, argv);
   QGuiApplication::setApplicationName("quorin");
   QGuiApplication::setApplicationDisplayName("Quorin");

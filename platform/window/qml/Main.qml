@@ -157,9 +157,6 @@ Window {
         if (view)
             view.takeFocus();
     }
-    function leave(): bool {
-        return stack.back();
-    }
     function focusColumn(level: int): bool {
         if (level < firstLevel || level > top)
             return false;
@@ -196,11 +193,11 @@ Window {
                 view.wanted = "";
                 return true;
             }
-            return leave();
-        case Qt.Key_Back: return leave();
+            return stack.back();
+        case Qt.Key_Back: return stack.back();
         case Qt.Key_Backspace:
             if (view.wanted === "")
-                return leave();
+                return stack.back();
             view.search(view.wanted.slice(0, -1), view.currentLine);
             return true;
         case Qt.Key_F3: view.search(view.wanted, view.currentLine + 1); return true;

@@ -19,7 +19,6 @@ Item {
     signal backWanted
 
     readonly property alias currentLine: list.currentIndex
-    readonly property alias list: list
 
     Rectangle {
         anchors.fill: parent
