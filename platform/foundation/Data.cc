@@ -1,6 +1,7 @@
 #include "platform/foundation/Data.h"
 
 #include <algorithm>
+#include <cstring>
 #include <fstream>
 
 namespace quorin {
@@ -22,18 +23,45 @@ std::uint64_t hashBytes(Bytes bytes) {
   return hash;
 }
 
+Ref<Data> Data::create(Bytes bytes) {
+  const Ref<Data> data = blank(bytes.size());
+  auto* content = const_cast<std::uint8_t*>(data->content());
+  if (!bytes.empty()) std::memcpy(content, bytes.data(), bytes.size());
+  std::memset(content + bytes.size(), 0, kReadableBehind);
+  return data;
+}
+
+void Data::operator delete(Data* data, std::destroying_delete_t /*tag*/) {
+  const std::size_t size = sizeof(Data) + data->_length + kReadableBehind;
+  data->~Data();
+  giveMemory(data, size);
+}
+
 bool Data::isEqual(const Object& other) const {
   const auto* data = dynamic_cast<const Data*>(&other);
-  return data && data->_bytes == _bytes;
+  return data && std::ranges::equal(data->bytes(), bytes());
+}
+
+Ref<String> String::create(std::string_view text) {
+  void* memory = takeMemory(sizeof(String) + text.size());
+  if (!text.empty())
+    std::memcpy(static_cast<char*>(memory) + sizeof(String), text.data(), text.size());
+  return Ref<String>(new (memory) String(static_cast<std::uint32_t>(text.size())));
+}
+
+void String::operator delete(String* string, std::destroying_delete_t /*tag*/) {
+  const std::size_t size = sizeof(String) + string->_length;
+  string->~String();
+  giveMemory(string, size);
 }
 
 bool String::isEqual(const Object& other) const {
   const auto* string = dynamic_cast<const String*>(&other);
-  return string && string->_text == _text;
+  return string && string->text() == text();
 }
 
 std::uint64_t String::hash() const {
-  return hashBytes({reinterpret_cast<const std::uint8_t*>(_text.data()), _text.size()});
+  return hashBytes({reinterpret_cast<const std::uint8_t*>(content()), _length});
 }
 
 std::string hexText(Bytes bytes) {

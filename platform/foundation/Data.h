@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <optional>
 #include <span>
 #include <string>
@@ -17,32 +18,59 @@ using Bytes = std::span<const std::uint8_t>;
 /// FNV-1a over bytes; the hash of `Data` and `String`.
 [[nodiscard]] std::uint64_t hashBytes(Bytes bytes);
 
-/// An immutable byte buffer.
+/// How many bytes behind a `Data`'s last one may be read.
+inline constexpr std::size_t kReadableBehind = 16;
+
+/// An immutable byte buffer: one block of memory, zeros behind its end.
 class Data final : public Object {
  public:
-  explicit Data(Bytes bytes) : _bytes(bytes.begin(), bytes.end()) {}
-  explicit Data(std::vector<std::uint8_t> bytes) : _bytes(std::move(bytes)) {}
+  [[nodiscard]] static Ref<Data> create(Bytes bytes);
+  /// The same in steps of `kReadableBehind`. Requires: as many bytes may be read behind the last.
+  [[nodiscard]] static Ref<Data> createFromPadded(Bytes bytes) {
+    const Ref<Data> data = blank(bytes.size());
+    auto* content = const_cast<std::uint8_t*>(data->content());
+    for (std::size_t done = 0; done < bytes.size(); done += kReadableBehind)
+      std::memcpy(content + done, bytes.data() + done, kReadableBehind);
+    std::memset(content + bytes.size(), 0, kReadableBehind);
+    return data;
+  }
 
-  [[nodiscard]] Bytes bytes() const { return _bytes; }
-  [[nodiscard]] std::size_t length() const { return _bytes.size(); }
+  [[nodiscard]] Bytes bytes() const { return {content(), _length}; }
+  [[nodiscard]] std::size_t length() const { return _length; }
   [[nodiscard]] bool isEqual(const Object& other) const override;
-  [[nodiscard]] std::uint64_t hash() const override { return hashBytes(_bytes); }
+  [[nodiscard]] std::uint64_t hash() const override { return hashBytes(bytes()); }
+
+  static void operator delete(Data* data, std::destroying_delete_t);
 
  private:
-  std::vector<std::uint8_t> _bytes;
+  explicit Data(std::uint32_t length) : _length(length) {}
+  [[nodiscard]] static Ref<Data> blank(std::size_t length) {
+    void* memory = takeMemory(sizeof(Data) + length + kReadableBehind);
+    return Ref<Data>(new (memory) Data(static_cast<std::uint32_t>(length)));
+  }
+  [[nodiscard]] const std::uint8_t* content() const {
+    return reinterpret_cast<const std::uint8_t*>(this + 1);
+  }
+
+  std::uint32_t _length;
 };
 
 /// Immutable text: any bytes; where they are not UTF-8 they are shown with U+FFFD.
 class String final : public Object {
  public:
-  explicit String(std::string text) : _text(std::move(text)) {}
+  [[nodiscard]] static Ref<String> create(std::string_view text);
 
-  [[nodiscard]] std::string_view text() const { return _text; }
+  [[nodiscard]] std::string_view text() const { return {content(), _length}; }
   [[nodiscard]] bool isEqual(const Object& other) const override;
   [[nodiscard]] std::uint64_t hash() const override;
 
+  static void operator delete(String* string, std::destroying_delete_t);
+
  private:
-  std::string _text;
+  explicit String(std::uint32_t length) : _length(length) {}
+  [[nodiscard]] const char* content() const { return reinterpret_cast<const char*>(this + 1); }
+
+  std::uint32_t _length;
 };
 
 /// Lower-case hexadecimal, two digits a byte.

@@ -4,6 +4,8 @@
 #include <string>
 #include <utility>
 
+#include "platform/foundation/recycle.h"
+
 namespace quorin {
 
 /// A counted object: whoever holds a `Ref` to it keeps it alive.
@@ -30,6 +32,10 @@ class Object {
   }
   [[nodiscard]] std::uint32_t references() const { return _references; }
 
+  static void* operator new(std::size_t size) { return takeMemory(size); }
+  static void* operator new(std::size_t /*size*/, void* memory) { return memory; }
+  static void operator delete(void* memory, std::size_t size) { giveMemory(memory, size); }
+
  private:
   mutable std::uint32_t _references = 0;
 };
@@ -48,6 +54,9 @@ class Ref {
   template <class U>
   requires std::is_convertible_v<U*, T*> Ref(const Ref<U>& other)
       : Ref(static_cast<T*>(other.get())) {}
+  template <class U>
+  requires std::is_convertible_v<U*, T*> Ref(Ref<U>&& other)
+  noexcept : _object(other.take()) {}
   Ref& operator=(Ref other) noexcept {
     std::swap(_object, other._object);
     return *this;
@@ -57,6 +66,8 @@ class Ref {
   }
 
   [[nodiscard]] T* get() const { return _object; }
+  /// Gives the reference to the caller.
+  [[nodiscard]] T* take() { return std::exchange(_object, nullptr); }
   T& operator*() const { return *_object; }
   T* operator->() const { return _object; }
   explicit operator bool() const { return _object != nullptr; }
@@ -66,9 +77,15 @@ class Ref {
   T* _object = nullptr;
 };
 
+/// A new object. A class whose objects differ in size makes them itself.
 template <class T, class... Args>
 [[nodiscard]] Ref<T> make(Args&&... args) {
-  return Ref<T>(new T(std::forward<Args>(args)...));
+  if constexpr (requires { T::create(std::forward<Args>(args)...); })
+    return T::create(std::forward<Args>(args)...);
+  else if constexpr (sizeof...(Args) == 0)
+    return Ref<T>(new T);  // without (), which would clear its memory once more
+  else
+    return Ref<T>(new T(std::forward<Args>(args)...));
 }
 
 /// Null on both sides, or equal.

@@ -1,6 +1,5 @@
 #include "platform/foundation/Value.h"
 
-#include <algorithm>
 #include <limits>
 
 namespace quorin {
@@ -18,13 +17,6 @@ Value::Value(const List& list) : Value(Kind::list, list._storage.get()) {}
 
 Value::Value(const Dictionary& dictionary) : Value(Kind::dictionary, dictionary._storage.get()) {}
 
-std::optional<std::int64_t> Value::integer() const {
-  if (!isInteger()) return std::nullopt;
-  if (_kind == Kind::uint64 && _as.natural > std::numeric_limits<std::int64_t>::max())
-    return std::nullopt;
-  return _as.integer;
-}
-
 std::optional<double> Value::number() const {
   switch (_kind) {
     case Kind::boolean: return _as.boolean ? 1.0 : 0.0;
@@ -36,10 +28,6 @@ std::optional<double> Value::number() const {
     case Kind::float64: return _as.float64;
     default: return std::nullopt;
   }
-}
-
-std::string_view Value::text() const {
-  return _counted ? objectAs<String>(_as.object)->text() : std::string_view(_as.literal, _length);
 }
 
 Ref<Data> Value::data() const { return Ref<Data>(objectAs<Data>(_as.object)); }
@@ -73,72 +61,48 @@ List::List(std::initializer_list<Value> values) {
   for (const Value& value : values) append(value);
 }
 
-const std::vector<Value>& List::values() const {
-  static const std::vector<Value> kNone;
-  return _storage ? _storage->values : kNone;
+void List::reserve(std::size_t count) {
+  if (count > size()) Storage::own(_storage, count - size());
 }
-
-List::Storage& List::own() {
-  if (!_storage || _storage->references() > 1) {
-    auto copy = make<Storage>();
-    copy->values = values();
-    _storage = copy;
-  }
-  return *_storage;
-}
-
-void List::reserve(std::size_t count) { own().values.reserve(count); }
-
-void List::append(Value value) { own().values.push_back(std::move(value)); }
 
 Dictionary::Dictionary(std::initializer_list<std::pair<std::string_view, Value>> literals) {
   for (const auto& [key, value] : literals) set(Literal{key}, value);
 }
 
-const std::vector<Dictionary::Entry>& Dictionary::entries() const {
-  static const std::vector<Entry> kNone;
-  return _storage ? _storage->entries : kNone;
+std::size_t Dictionary::search(Literal key) const {
+  const auto all = entries();
+  if (key.padded)  // such a text stands once
+    for (std::size_t i = 0; i < all.size(); ++i)
+      if (all[i].key._as.literal == key.text.data()) return i;
+  for (std::size_t i = 0; i < all.size(); ++i)
+    if (!(key.padded && all[i].key._padded) && all[i].key.text() == key.text) return i;
+  return all.size();
 }
 
-Dictionary::Storage& Dictionary::own() {
-  if (!_storage || _storage->references() > 1) {
-    auto copy = make<Storage>();
-    copy->entries = entries();
-    copy->bridged = isBridged();
-    _storage = copy;
-  }
-  return *_storage;
+void Dictionary::reserve(std::size_t count) {
+  if (count > size()) Storage::own(_storage, count - size());
 }
-
-const Value* Dictionary::find(std::string_view key) const {
-  const auto& all = entries();
-  const auto entry =
-      std::ranges::find_if(all, [key](const Entry& e) { return e.key.text() == key; });
-  return entry == all.end() ? nullptr : &entry->value;
-}
-
-void Dictionary::reserve(std::size_t count) { own().entries.reserve(count); }
 
 void Dictionary::set(Value key, Value value) {
-  auto& all = own().entries;
-  const auto text = key.text();
-  const auto entry =
-      std::ranges::find_if(all, [text](const Entry& e) { return e.key.text() == text; });
-  if (entry == all.end())
-    all.push_back({std::move(key), std::move(value)});
+  const std::size_t index = indexOf(Literal{key.text(), key.isPadded()});
+  if (index == size())
+    append(std::move(key), std::move(value));
   else
-    entry->value = std::move(value);
+    setAt(index, std::move(value));
 }
 
-void Dictionary::append(Literal key, Value value) {
-  own().entries.push_back({Value(key), std::move(value)});
+void Dictionary::setAt(std::size_t index, Value value) {
+  Storage& own = Storage::own(_storage, 0);
+  if (!value.isPlain()) own.setNotPlain();
+  own.all()[index].value = std::move(value);
 }
 
 Dictionary Dictionary::bridged() const {
-  Dictionary copy = *this;
-  copy._storage = nullptr;
-  copy.own().entries = entries();
-  copy._storage->bridged = true;
+  Dictionary copy;
+  Storage& own = Storage::own(copy._storage, size());
+  for (const Entry& entry : entries())
+    own.append(Entry(entry), entry.key.isPlain() && entry.value.isPlain());
+  own.marked = true;
   return copy;
 }
 

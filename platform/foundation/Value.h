@@ -1,12 +1,16 @@
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "platform/foundation/Data.h"
+#include "platform/foundation/Elements.h"
 
 namespace quorin {
 
@@ -16,7 +20,35 @@ class List;
 /// Text that lives as long as the program, for keys and names from tables.
 struct Literal {
   std::string_view text;
+  bool padded = false;  // whole steps of `kPaddedStep` bytes may be read
 };
+
+/// How much of a padded text is copied at once.
+inline constexpr std::size_t kPaddedStep = 32;
+
+/// A text as a template's argument.
+template <std::size_t size>
+struct FixedText {
+  char text[size]{};
+
+  consteval FixedText(const char (&literal)[size + 1]) { std::copy_n(literal, size, text); }
+  consteval explicit FixedText(std::string_view literal) {
+    std::copy_n(literal.data(), size, text);
+  }
+};
+template <std::size_t size>
+FixedText(const char (&literal)[size]) -> FixedText<size - 1>;
+
+template <FixedText text>
+inline constexpr auto kPaddedText = [] {
+  std::array<char, (sizeof text.text + kPaddedStep - 1) / kPaddedStep * kPaddedStep> padded{};
+  std::ranges::copy(text.text, padded.begin());
+  return padded;
+}();
+
+/// The text that stands once in the program: two equal keys are one address.
+template <FixedText text>
+inline constexpr Literal kKey{{kPaddedText<text>.data(), sizeof text.text}, true};
 
 /// One value of a dictionary: a number, text, bytes, a list or a dictionary; or nothing.
 /// Copies share what they hold, and nothing shared is ever changed in place.
@@ -46,28 +78,41 @@ class Value {
   explicit Value(float value) : _kind(Kind::float32) { _as.float32 = value; }
   explicit Value(double value) : _kind(Kind::float64) { _as.float64 = value; }
   explicit Value(Literal literal)
-      : _kind(Kind::text), _length(static_cast<std::uint32_t>(literal.text.size())) {
+      : _kind(Kind::text),
+        _padded(literal.padded),
+        _length(static_cast<std::uint32_t>(literal.text.size())) {
     _as.literal = literal.text.data();
   }
-  explicit Value(std::string text) : Value(make<String>(std::move(text))) {}
+  explicit Value(const std::string& text) : Value(make<String>(text)) {}
   explicit Value(const Ref<String>& text) : Value(text ? Kind::text : Kind::nothing, text.get()) {}
   explicit Value(const Ref<Data>& data) : Value(data ? Kind::data : Kind::nothing, data.get()) {}
   explicit Value(const List& list);
+  explicit Value(List&& list);
   explicit Value(const Dictionary& dictionary);
+  explicit Value(Dictionary&& dictionary);
   explicit Value(const void*) = delete;  // keeps a pointer from passing for a boolean
 
   Value(const Value& other)
-      : _kind(other._kind), _counted(other._counted), _length(other._length), _as(other._as) {
+      : _kind(other._kind),
+        _counted(other._counted),
+        _padded(other._padded),
+        _length(other._length),
+        _as(other._as) {
     if (const Object* object = counted()) object->retain();
   }
   Value(Value&& other) noexcept
-      : _kind(other._kind), _counted(other._counted), _length(other._length), _as(other._as) {
+      : _kind(other._kind),
+        _counted(other._counted),
+        _padded(other._padded),
+        _length(other._length),
+        _as(other._as) {
     other._kind = Kind::nothing;
     other._counted = false;
   }
   Value& operator=(Value other) noexcept {
     std::swap(_kind, other._kind);
     std::swap(_counted, other._counted);
+    std::swap(_padded, other._padded);
     std::swap(_length, other._length);
     std::swap(_as, other._as);
     return *this;
@@ -80,7 +125,10 @@ class Value {
   [[nodiscard]] bool isInteger() const { return _kind >= Kind::int32 && _kind <= Kind::uint64; }
 
   /// The integer as a signed 64-bit number; empty for other kinds and beyond its range.
-  [[nodiscard]] std::optional<std::int64_t> integer() const;
+  [[nodiscard]] std::optional<std::int64_t> integer() const {
+    if (!isInteger() || (_kind == Kind::uint64 && _as.integer < 0)) return std::nullopt;
+    return _as.integer;
+  }
   /// The number, of any numeric kind; empty for other kinds.
   [[nodiscard]] std::optional<double> number() const;
 
@@ -89,24 +137,40 @@ class Value {
   [[nodiscard]] std::uint64_t natural() const { return _as.natural; }
   [[nodiscard]] float float32() const { return _as.float32; }
   [[nodiscard]] double float64() const { return _as.float64; }
-  [[nodiscard]] std::string_view text() const;
+  [[nodiscard]] std::string_view text() const {
+    return _counted ? static_cast<const String*>(_as.object)->text()
+                    : std::string_view(_as.literal, _length);
+  }
   [[nodiscard]] Ref<Data> data() const;
   [[nodiscard]] List list() const;
   [[nodiscard]] Dictionary dictionary() const;
+
+  /// Whether it is a number, or text that lives as long as the program.
+  [[nodiscard]] bool isPlain() const { return !_counted; }
+  /// Whether the text may be read in whole steps of `kPaddedStep`.
+  [[nodiscard]] bool isPadded() const { return _padded; }
 
   /// Same kind of value and same content; integers compare by their number, whatever their width.
   friend bool operator==(const Value& a, const Value& b);
 
  private:
+  friend class Dictionary;
   Value(Kind kind, const Object* object) : _kind(kind), _counted(object != nullptr) {
     _as.object = object;
     if (object) object->retain();
+  }
+
+  /// Takes over a reference, where there is one.
+  Value(Kind kind, const Object* object, std::nullptr_t /*taken over*/)
+      : _kind(kind), _counted(object != nullptr) {
+    _as.object = object;
   }
 
   [[nodiscard]] const Object* counted() const { return _counted ? _as.object : nullptr; }
 
   Kind _kind = Kind::nothing;
   bool _counted = false;
+  bool _padded = false;
   std::uint32_t _length = 0;  // of a literal
   union {
     bool boolean;
@@ -130,31 +194,41 @@ class List {
   [[nodiscard]] const Value& operator[](std::size_t index) const { return values()[index]; }
   [[nodiscard]] auto begin() const { return values().begin(); }
   [[nodiscard]] auto end() const { return values().end(); }
+  /// Makes room for so many values in all.
   void reserve(std::size_t count);
-  void append(Value value);
+  void append(Value value) {
+    const bool plain = value.isPlain();
+    Storage::own(_storage, 1).append(std::move(value), plain);
+  }
 
-  friend bool operator==(const List& a, const List& b) { return a.values() == b.values(); }
+  friend bool operator==(const List& a, const List& b) {
+    return std::ranges::equal(a.values(), b.values());
+  }
 
  private:
   friend class Value;
-  struct Storage final : Object {
-    std::vector<Value> values;
-  };
+  template <class, class>
+  friend class Maker;
+  using Storage = Elements<Value>;
   explicit List(Ref<Storage> storage) : _storage(std::move(storage)) {}
-  [[nodiscard]] const std::vector<Value>& values() const;
-  Storage& own();
+  [[nodiscard]] std::span<const Value> values() const {
+    return _storage ? _storage->all() : std::span<const Value>();
+  }
 
   Ref<Storage> _storage;
+};
+
+/// One value of a dictionary under its key.
+struct DictionaryEntry {
+  Value key;  // text
+  Value value;
+  friend bool operator==(const DictionaryEntry&, const DictionaryEntry&) = default;
 };
 
 /// Values under text keys, in the order in which the keys were first set.
 class Dictionary {
  public:
-  struct Entry {
-    Value key;  // text
-    Value value;
-    friend bool operator==(const Entry&, const Entry&) = default;
-  };
+  using Entry = DictionaryEntry;
 
   Dictionary() = default;
   Dictionary(std::initializer_list<std::pair<std::string_view, Value>> literals);
@@ -166,35 +240,93 @@ class Dictionary {
   [[nodiscard]] const Entry& operator[](std::size_t index) const { return entries()[index]; }
 
   /// The value under `key`, or null.
-  [[nodiscard]] const Value* find(std::string_view key) const;
+  [[nodiscard]] const Value* find(std::string_view key) const { return find(Literal{key}); }
+  [[nodiscard]] const Value* find(Literal key) const {
+    const std::size_t index = indexOf(key);
+    return index == size() ? nullptr : &entries()[index].value;
+  }
+  /// The place of `key`, or the size. A good guess, where it may stand, saves the search.
+  [[nodiscard]] std::size_t indexOf(Literal key, std::size_t guess = 0) const {
+    const auto all = entries();
+    return guess < all.size() && isAt(all[guess], key.text) ? guess : search(key);
+  }
+
+  /// Makes room for so many entries in all.
   void reserve(std::size_t count);
   /// Replaces the value in its place, or appends it.
   void set(Value key, Value value);
   void set(Literal key, Value value) { set(Value(key), std::move(value)); }
+  /// Replaces the value at the place. Requires: index < size.
+  void setAt(std::size_t index, Value value);
   /// Appends. Requires: no entry has this key.
-  void append(Literal key, Value value);
+  void append(Value key, Value value) {
+    const bool plain = key.isPlain() && value.isPlain();
+    Storage::own(_storage, 1).append({std::move(key), std::move(value)}, plain);
+  }
+  void append(Literal key, Value value) { append(Value(key), std::move(value)); }
 
   /// Whether this is the platform's own dictionary behind a bridge, and not the program's.
-  [[nodiscard]] bool isBridged() const { return _storage && _storage->bridged; }
+  [[nodiscard]] bool isBridged() const { return _storage && _storage->marked; }
   /// A copy that carries the bridge's mark.
   [[nodiscard]] Dictionary bridged() const;
 
   friend bool operator==(const Dictionary& a, const Dictionary& b) {
-    return a.entries() == b.entries();
+    return std::ranges::equal(a.entries(), b.entries());
   }
 
  private:
   friend class Value;
-  struct Storage final : Object {
-    std::vector<Entry> entries;
-    bool bridged = false;
-  };
+  template <class, class>
+  friend class Maker;
+  using Storage = Elements<Entry>;
   explicit Dictionary(Ref<Storage> storage) : _storage(std::move(storage)) {}
-  [[nodiscard]] const std::vector<Entry>& entries() const;
-  Storage& own();
+  /// Whether the entry's key is this text at the same address.
+  [[nodiscard]] static bool isAt(const Entry& entry, std::string_view key) {
+    const std::string_view text = entry.key.text();
+    return text.data() == key.data() && text.size() == key.size();
+  }
+  [[nodiscard]] std::size_t search(Literal key) const;
+  [[nodiscard]] std::span<const Entry> entries() const {
+    return _storage ? _storage->all() : std::span<const Entry>();
+  }
 
   Ref<Storage> _storage;
 };
+
+/// Makes a list or dictionary whose largest size is known beforehand. Requires: room for what is
+/// appended, `made` once, and of a dictionary no key twice.
+template <class Collection, class Element>
+class Maker {
+ public:
+  explicit Maker(std::size_t most)
+      : _storage(Elements<Element>::create(most)), _next(_storage->place()) {}
+  ~Maker() {
+    if (_storage) _storage->setSize(_next, _plain);
+  }
+  Maker(const Maker&) = delete;
+  Maker& operator=(const Maker&) = delete;
+
+  template <class... Parts>
+  [[gnu::always_inline]] void append(Parts&&... parts) {
+    _plain = _plain && (parts.isPlain() && ...);
+    new (_next++) Element{std::forward<Parts>(parts)...};
+  }
+  [[nodiscard]] Collection made() {
+    _storage->setSize(_next, _plain);
+    return Collection(std::move(_storage));
+  }
+
+ private:
+  Ref<Elements<Element>> _storage;
+  Element* _next;
+  bool _plain = true;
+};
+using ListMaker = Maker<List, Value>;
+using DictionaryMaker = Maker<Dictionary, DictionaryEntry>;
+
+inline Value::Value(List&& list) : Value(Kind::list, list._storage.take(), nullptr) {}
+inline Value::Value(Dictionary&& dictionary)
+    : Value(Kind::dictionary, dictionary._storage.take(), nullptr) {}
 
 /// Printed forms: "[key: value, key: value]", "[:]" when empty; "[a, b]"; bytes "<0aff>"; booleans
 /// 1 and 0; text as it is, with U+FFFD where it is not UTF-8; floating-point numbers as the

@@ -11,7 +11,7 @@ namespace quorin {
 /// Growable storage of a packed repeated field.
 template <class Number>
 struct PBRepeated {
-  std::vector<Number> values;
+  std::vector<Number, Recycling<Number>> values;
 };
 using PBRepeatedUInt32 = PBRepeated<std::uint32_t>;
 using PBRepeatedInt32 = PBRepeated<std::int32_t>;
