@@ -1,31 +1,81 @@
 #include "metrics/conversions.h"
 
+#include <chrono>
 #include <cmath>
 #include <ctime>
 
 namespace quorin {
 
-std::string timeStampText(double milliseconds) {
-  const auto seconds = static_cast<std::time_t>(std::floor(milliseconds / 1000.0));
-  tzset();  // the zone may have changed since the last conversion
+namespace {
+
+/// Writes as many decimal digits as the width says.
+char* digits(char* at, unsigned value, unsigned width) {
+  for (unsigned i = width; i-- > 0; value /= 10) at[i] = static_cast<char>('0' + value % 10);
+  return at + width;
+}
+
+/// As strftime's "%Y-%m-%d %H:%M:%S %Z", for years of four digits.
+std::string zonedText(std::int64_t seconds, const LocalZone& zone) {
+  constexpr std::int64_t kDay = 86'400;
+  const std::int64_t local = seconds + zone.offset;
+  const std::int64_t day = local / kDay - (local % kDay < 0 ? 1 : 0);
+  const auto second = static_cast<unsigned>(local - day * kDay);
+  const std::chrono::year_month_day date{std::chrono::sys_days{std::chrono::days{day}}};
+  char text[] = "0000-00-00 00:00:00 ";
+  digits(text, static_cast<unsigned>(static_cast<int>(date.year())), 4);
+  digits(text + 5, static_cast<unsigned>(date.month()), 2);
+  digits(text + 8, static_cast<unsigned>(date.day()), 2);
+  digits(text + 11, second / 3600, 2);
+  digits(text + 14, second / 60 % 60, 2);
+  digits(text + 17, second % 60, 2);
+  return text + zone.abbreviation;
+}
+
+/// What strftime makes of any year that it knows.
+std::string anyYearText(std::int64_t seconds) {
+  const auto instant = static_cast<std::time_t>(seconds);
   std::tm local{};
-  localtime_r(&seconds, &local);
+  localtime_r(&instant, &local);
   char text[96];
   return {text, std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S %Z", &local)};
 }
 
+/// The text, which the time stamps of one second share.
+const Ref<String>& sharedTimeStampText(double milliseconds) {
+  constexpr std::int64_t kFirst = -62'135'510'400;  // the second day of the year 1
+  constexpr std::int64_t kLast = 253'402'214'400;   // the last day of the year 9999
+  static std::int64_t latest = 0;
+  static std::uint64_t serial = 0;
+  static Ref<String>& text = *new Ref<String>;  // lives until the process ends
+  const auto seconds = static_cast<std::int64_t>(std::floor(milliseconds / 1000.0));
+  const LocalZone& zone = localZone(seconds);
+  if (text && seconds == latest && zone.serial == serial) return text;
+  latest = seconds;
+  serial = zone.serial;
+  const bool usual = seconds >= kFirst && seconds < kLast;
+  return text = make<String>(usual ? zonedText(seconds, zone) : anyYearText(seconds));
+}
+
+}  // namespace
+
+std::string timeStampText(double milliseconds) {
+  return std::string(sharedTimeStampText(milliseconds)->text());
+}
+
 void convertTimeStamp(Dictionary& store) {
-  constexpr Literal kTimeStamp{"timestamp"};
-  const Value* stamp = store.find(kTimeStamp.text);
-  if (const auto number = stamp ? stamp->number() : std::nullopt)
-    store.set(kTimeStamp, Value(timeStampText(*number)));
+  constexpr Literal kTimeStamp = kKey<"timestamp">;
+  const std::size_t index = store.indexOf(kTimeStamp);
+  if (index == store.size()) return;
+  if (const auto number = store[index].value.number())
+    store.setAt(index, Value(sharedTimeStampText(*number)));
 }
 
 void halveBandwidths(Dictionary& store) {
-  for (const Literal key : {Literal{"dl_bw"}, Literal{"ul_bw"}}) {
-    const Value* bandwidth = store.find(key.text);
-    if (const auto number = bandwidth ? bandwidth->integer() : std::nullopt)
-      store.set(key, Value(static_cast<std::int32_t>(*number) / 2));
+  for (const Literal key : {kKey<"dl_bw">, kKey<"ul_bw">}) {
+    const std::size_t index = store.indexOf(key);
+    if (index == store.size()) continue;
+    if (const auto number = store[index].value.integer())
+      store.setAt(index, Value(static_cast<std::int32_t>(*number) / 2));
   }
 }
 

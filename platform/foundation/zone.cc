@@ -1,0 +1,208 @@
+#include "platform/foundation/zone.h"
+
+#include <sys/inotify.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+#include <iterator>
+#include <limits>
+#include <optional>
+#include <thread>
+#include <vector>
+
+#include "platform/foundation/Data.h"
+
+namespace quorin {
+
+namespace {
+
+constexpr char kSystemZone[] = "/etc/localtime";
+constexpr char kSystemFolder[] = "/etc";
+constexpr char kZones[] = "/usr/share/zoneinfo/";
+
+constexpr std::int64_t kNever = std::numeric_limits<std::int64_t>::max();
+
+/// Counts the changes of the system's zone file. A thread of its own waits for them, since asking
+/// the kernel at every conversion would cost more than the conversion.
+class SystemZoneWatch {
+ public:
+  SystemZoneWatch() : _descriptor(inotify_init1(IN_CLOEXEC)) {
+    if (_descriptor < 0 || !watch()) return;
+    _watching = true;
+    std::thread([this] { run(); }).detach();
+  }
+
+  /// Empty where changes cannot be watched.
+  [[nodiscard]] std::optional<std::uint64_t> changes() const {
+    if (!_watching) return std::nullopt;
+    return _changes.load(std::memory_order_acquire);
+  }
+
+ private:
+  bool watch() const {
+    constexpr std::uint32_t kInFolder =
+        IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_CLOSE_WRITE;
+    constexpr std::uint32_t kOfFile = IN_ATTRIB | IN_MODIFY | IN_DELETE_SELF | IN_MOVE_SELF;
+    (void)inotify_add_watch(_descriptor, kSystemZone, kOfFile);  // behind its link, if it is one
+    return inotify_add_watch(_descriptor, kSystemFolder, kInFolder) >= 0;
+  }
+  void run() {
+    char events[4096];
+    while (read(_descriptor, events, sizeof events) > 0) {
+      (void)watch();
+      _changes.fetch_add(1, std::memory_order_release);
+    }
+    _watching = false;
+  }
+
+  int _descriptor;
+  std::atomic<bool> _watching = false;
+  std::atomic<std::uint64_t> _changes = 0;
+};
+
+/// The instants at which a zone may change, as its file lists them (RFC 8536). Past the last, and
+/// where there is no such file, nothing is known.
+struct Transitions {
+  std::vector<std::int64_t> at;
+  bool lastsForever = false;  // nothing changes past the last
+  bool known = false;
+};
+
+/// Requires: the bytes are there.
+std::uint64_t bigEndian(Bytes bytes, std::size_t at, std::size_t count) {
+  std::uint64_t value = 0;
+  for (const std::uint8_t byte : bytes.subspan(at, count)) value = value << 8 | byte;
+  return value;
+}
+
+struct FileHeader {
+  std::size_t utc, standard, leaps, times, types, characters;
+
+  FileHeader(Bytes bytes, std::size_t at)
+      : utc(bigEndian(bytes, at + 20, 4)),
+        standard(bigEndian(bytes, at + 24, 4)),
+        leaps(bigEndian(bytes, at + 28, 4)),
+        times(bigEndian(bytes, at + 32, 4)),
+        types(bigEndian(bytes, at + 36, 4)),
+        characters(bigEndian(bytes, at + 40, 4)) {}
+  [[nodiscard]] std::size_t contentSize(std::size_t timeSize) const {
+    return times * timeSize + times + types * 6 + characters + leaps * (timeSize + 4) + standard +
+           utc;
+  }
+};
+
+Transitions transitionsIn(const std::string& file) {
+  constexpr std::size_t kHeaderSize = 44;
+  Transitions found;
+  const Ref<Data> content = dataWithContentsOfFile(file);
+  const Bytes bytes = content ? content->bytes() : Bytes{};
+  constexpr std::uint64_t kMagic = 0x545a6966;  // "TZif"
+  if (bytes.size() < kHeaderSize || bigEndian(bytes, 0, 4) != kMagic || bytes[4] < '2')
+    return found;
+  const std::size_t second = kHeaderSize + FileHeader(bytes, 0).contentSize(4);
+  if (second + kHeaderSize > bytes.size()) return found;
+  const FileHeader header(bytes, second);
+  const std::size_t footer = second + kHeaderSize + header.contentSize(8);
+  if (footer >= bytes.size() || header.leaps != 0) return found;
+  for (std::size_t i = 0; i < header.times; ++i)
+    found.at.push_back(
+        static_cast<std::int64_t>(bigEndian(bytes, second + kHeaderSize + i * 8, 8)));
+  // Without a rule for the years after the last.
+  found.lastsForever = !std::ranges::count(bytes.subspan(footer), static_cast<std::uint8_t>(','));
+  found.known = std::ranges::is_sorted(found.at);
+  return found;
+}
+
+std::string fileOf(const char* zone) {
+  if (!zone) return kSystemZone;
+  const std::string name(*zone == ':' ? zone + 1 : zone);
+  if (name.starts_with('/')) return name;
+  const char* folder = std::getenv("TZDIR");
+  return (folder ? std::string(folder) + '/' : kZones) + name;
+}
+
+/// The variable `TZ`, without a search through an environment that did not change.
+class ZoneVariable {
+ public:
+  /// Null where it is not set. What is set holds until the next call.
+  const char* value() {
+    // The C library never gives back a part of the array that it has once put in force.
+    const std::size_t size = _entries.size() * sizeof(char*);
+    if (environ && environ == _array && std::memcmp(environ, _entries.data(), size) == 0)
+      return _value;
+    _array = environ;
+    _value = std::getenv("TZ");
+    _entries.clear();
+    for (char** entry = environ; entry && *entry; ++entry) _entries.push_back(*entry);
+    _entries.push_back(nullptr);
+    return _value;
+  }
+
+ private:
+  char** _array = nullptr;
+  std::vector<char*> _entries;  // with the null behind them
+  const char* _value = nullptr;
+};
+
+/// Which rules are in force: the text of `TZ`, or the state of the system's zone file.
+class RulesInForce {
+ public:
+  /// Whether they are the same as at the last call.
+  bool unchanged() {
+    const char* zone = _variable.value();
+    if (zone) {
+      if (_zone == zone) return true;
+      _zone = zone;
+    } else {
+      static const SystemZoneWatch& watch = *new SystemZoneWatch;  // its thread never ends
+      const auto changes = watch.changes();
+      if (!_zone && changes && changes == _changes) return true;
+      _zone = std::nullopt;
+      _changes = changes;
+    }
+    _transitions = transitionsIn(fileOf(zone));
+    return false;
+  }
+  [[nodiscard]] const Transitions& transitions() const { return _transitions; }
+
+ private:
+  ZoneVariable _variable;
+  std::optional<std::string> _zone = "(not asked yet)";
+  std::optional<std::uint64_t> _changes;
+  Transitions _transitions;
+};
+
+/// Narrows the time for which the zone holds to what its file says.
+void setBounds(LocalZone& zone, std::int64_t seconds, const Transitions& transitions) {
+  zone.from = seconds;
+  zone.until = seconds + 1;
+  if (!transitions.known) return;
+  const auto& at = transitions.at;
+  const auto next = std::ranges::upper_bound(at, seconds);
+  if (next == at.end() && !transitions.lastsForever) return;
+  zone.from = next == at.begin() ? -kNever : *std::prev(next);
+  zone.until = next == at.end() ? kNever : *next;
+}
+
+}  // namespace
+
+const LocalZone& localZone(std::int64_t seconds) {
+  static RulesInForce rules;
+  static LocalZone zone;
+  if (rules.unchanged() && seconds >= zone.from && seconds < zone.until) return zone;
+  tzset();
+  const auto instant = static_cast<std::time_t>(seconds);
+  std::tm local{};
+  localtime_r(&instant, &local);
+  zone.offset = static_cast<std::int32_t>(local.tm_gmtoff);
+  zone.abbreviation = local.tm_zone ? local.tm_zone : "";
+  setBounds(zone, seconds, rules.transitions());
+  ++zone.serial;
+  return zone;
+}
+
+}  // namespace quorin
