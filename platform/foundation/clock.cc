@@ -1,5 +1,7 @@
 #include "platform/foundation/clock.h"
 
+#include <ctime>
+
 namespace quorin {
 
 namespace {
@@ -7,6 +9,11 @@ namespace {
 class SystemClock final : public Clock {
  public:
   Milliseconds uptime() const override { return now<std::chrono::steady_clock>(); }
+  Milliseconds roughUptime() const override {
+    timespec time{};
+    (void)clock_gettime(CLOCK_MONOTONIC_COARSE, &time);
+    return std::chrono::seconds(time.tv_sec) + Milliseconds(time.tv_nsec / 1'000'000);
+  }
   Milliseconds sinceEpoch() const override { return now<std::chrono::system_clock>(); }
 
  private:

@@ -14,9 +14,19 @@ namespace quorin {
 
 namespace {
 
+// Of two threads' lines none ever stands within another: one lock around what is buffered, one
+// write where nothing is.
+
+void bufferLine(std::FILE* file, std::string_view line) {
+  flockfile(file);
+  fwrite_unlocked(line.data(), 1, line.size(), file);
+  putc_unlocked('\n', file);
+  funlockfile(file);
+}
+
 void writeLine(std::FILE* file, std::string_view line) {
   std::string whole(line);
-  whole += '\n';  // one write, so that lines of two threads never mix
+  whole += '\n';
   std::fwrite(whole.data(), 1, whole.size(), file);
 }
 
@@ -54,7 +64,7 @@ LogSink standardErrorSink() {
 LogSink standardOutputSink() {
   const bool terminal = isatty(STDOUT_FILENO) != 0;
   return [terminal](std::string_view line) {
-    writeLine(stdout, line);
+    bufferLine(stdout, line);
     if (terminal) std::fflush(stdout);
   };
 }
@@ -67,8 +77,14 @@ LogSink systemLoggerSink() {
   };
 }
 
-void systemLog(std::string_view line) { systemSink()(line); }
-void printLine(std::string_view line) { printSink()(line); }
+void systemLog(std::string_view line) {
+  if (const LogSink& sink = systemSink()) sink(line);
+}
+void printLine(std::string_view line) {
+  if (const LogSink& sink = printSink()) sink(line);
+}
+bool isSystemLogOn() { return static_cast<bool>(systemSink()); }
+bool isPrintingOn() { return static_cast<bool>(printSink()); }
 LogSink setSystemLogSink(LogSink sink) { return std::exchange(systemSink(), std::move(sink)); }
 LogSink setPrintSink(LogSink sink) { return std::exchange(printSink(), std::move(sink)); }
 void flushPrintedLines() { std::fflush(stdout); }

@@ -5,7 +5,8 @@
 
 namespace quorin {
 
-/// A log channel takes whole lines, without their line end. Sinks may be called on any thread.
+/// A log channel takes whole lines, without their line end. Sinks may be called on any thread. A
+/// channel without a sink is off.
 using LogSink = std::function<void(std::string_view line)>;
 
 /// Writes one line to the system log.
@@ -13,6 +14,10 @@ void systemLog(std::string_view line);
 
 /// Writes one line to standard output.
 void printLine(std::string_view line);
+
+/// Whether a line on this channel would go anywhere: spares making one that would not.
+[[nodiscard]] bool isSystemLogOn();
+[[nodiscard]] bool isPrintingOn();
 
 /// Replaces a channel's sink and gives back the one before. Requires: no other thread is logging.
 LogSink setSystemLogSink(LogSink sink);
