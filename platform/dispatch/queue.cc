@@ -120,7 +120,7 @@ class SerialQueue final : public DispatchQueue {
         state.work.pop_front();
         lock.unlock();
         work();
-        work = nullptr;  // what it holds is given back before the next piece runs
+        work.reset();  // what it holds is given back before the next piece runs
         lock.lock();
       } else if (state.ending) {
         return;
@@ -157,38 +157,46 @@ void waitUntilDone(DispatchQueue& queue) {
   done.get_future().wait();
 }
 
+// The fence orders the work before the look at the flag, as `wait` orders the flag before its look
+// at the work: one of the two sees the other.
 void MainQueue::post(Work work) {
+  _work.post(std::move(work));
+  std::atomic_thread_fence(std::memory_order_seq_cst);
+  if (_isIdle.load(std::memory_order_relaxed) && _isIdle.exchange(false)) wake();
+}
+
+void MainQueue::wake() {
   std::function<void()> wakeUp;
   {
     const std::lock_guard lock(_mutex);
-    if (_work.empty()) wakeUp = _wakeUp;
-    _work.push_back(std::move(work));
+    wakeUp = _wakeUp;
   }
   _posted.notify_one();
   if (wakeUp) wakeUp();
 }
 
 bool MainQueue::runPending() {
-  std::deque<Work> batch;
-  {
-    const std::lock_guard lock(_mutex);
-    batch.swap(_work);
-  }
-  for (Work& work : batch) {
-    work();
-    work = nullptr;
-  }
-  return !batch.empty();
-}
-
-void MainQueue::wait(std::chrono::milliseconds longest) {
-  std::unique_lock lock(_mutex);
-  _posted.wait_for(lock, longest, [&] { return !_work.empty(); });
+  const bool worked = _work.run();
+  if (!_hasOtherLoop) return worked;
+  _isIdle.store(true);
+  std::atomic_thread_fence(std::memory_order_seq_cst);
+  if (!_work.empty() && _isIdle.exchange(false)) wake();
+  return worked;
 }
 
 void MainQueue::setWakeUp(std::function<void()> wakeUp) {
   const std::lock_guard lock(_mutex);
   _wakeUp = std::move(wakeUp);
+  _hasOtherLoop = static_cast<bool>(_wakeUp);
+  _isIdle.store(_hasOtherLoop);
+}
+
+void MainQueue::wait(std::chrono::milliseconds longest) {
+  std::unique_lock lock(_mutex);
+  _isIdle.store(true);
+  std::atomic_thread_fence(std::memory_order_seq_cst);
+  if (_work.empty()) _posted.wait_for(lock, longest, [&] { return !_isIdle.load(); });
+  _isIdle.store(false);
 }
 
 MainQueue& dispatch_get_main_queue() {

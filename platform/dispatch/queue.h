@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <condition_variable>
 #include <deque>
 #include <functional>
@@ -7,6 +8,8 @@
 #include <mutex>
 #include <string>
 #include <thread>
+
+#include "platform/dispatch/WorkRing.h"
 
 namespace quorin {
 
@@ -21,7 +24,7 @@ using dispatch_source_t = std::shared_ptr<void>;
 /// any thread.
 class DispatchQueue {
  public:
-  using Work = std::function<void()>;
+  using Work = quorin::Work;
 
   explicit DispatchQueue(std::string label) : _label(std::move(label)) {}
   virtual ~DispatchQueue() = default;
@@ -80,13 +83,18 @@ class MainQueue final : public DispatchQueue {
   /// Waits until something is posted or the time has passed. Main thread.
   void wait(std::chrono::milliseconds longest);
 
-  /// Called on the posting thread after each post to an empty queue, so that another loop can wake.
+  /// Called after the first post since the work last ran, on the posting thread, so that another
+  /// loop can wake. Main thread.
   void setWakeUp(std::function<void()> wakeUp);
 
  private:
+  void wake();
+
+  WorkRing _work;
+  std::atomic<bool> _isIdle = false;  // a loop waits: in `wait`, or behind `_wakeUp`
+  bool _hasOtherLoop = false;         // the main thread's own
   std::mutex _mutex;
   std::condition_variable _posted;
-  std::deque<Work> _work;
   std::function<void()> _wakeUp;
 };
 

@@ -187,6 +187,82 @@ TEST(MainQueue, RunsPendingWorkInOrderAndNotWhatThatPosts) {
   EXPECT_FALSE(queue.runPending());
 }
 
+TEST(MainQueue, KeepsTheOrderHoweverMuchIsPosted) {
+  MainQueue queue;
+  std::vector<int> order;
+  std::vector<int> expected;
+  constexpr int kMore = static_cast<int>(WorkRing::kPlaces) * 3;
+  for (int round = 0; round < 3; ++round) {  // the ring begins at another place in each
+    for (int i = 0; i < kMore + round; ++i) {
+      expected.push_back(i);
+      queue.post([&order, i] { order.push_back(i); });
+    }
+    EXPECT_TRUE(queue.runPending());
+    EXPECT_FALSE(queue.runPending());
+    EXPECT_EQ(std::exchange(order, {}), std::exchange(expected, {}));
+  }
+}
+
+TEST(MainQueue, KeepsTheOrderOfEachOfSeveralThreads) {
+  constexpr int kThreads = 4;
+  constexpr int kOfEach = 5000;
+  MainQueue queue;
+  std::vector<std::thread> posters;
+  int latest[kThreads] = {};
+  int run = 0;
+  bool ordered = true;
+  for (int thread = 0; thread < kThreads; ++thread)
+    posters.emplace_back([&, thread] {
+      for (int i = 1; i <= kOfEach; ++i)
+        queue.post([&, thread, i] {
+          ordered = ordered && latest[thread] == i - 1;
+          latest[thread] = i;
+          ++run;
+        });
+    });
+  while (run < kThreads * kOfEach) {
+    (void)queue.runPending();
+    queue.wait(std::chrono::milliseconds(1));
+  }
+  for (std::thread& poster : posters) poster.join();
+  EXPECT_TRUE(ordered);
+  EXPECT_FALSE(queue.runPending());
+}
+
+TEST(MainQueue, WakesAnotherLoopForWhatWorkPosts) {
+  MainQueue queue;
+  int woken = 0;
+  queue.setWakeUp([&] { ++woken; });
+  queue.post([&] { queue.post([] {}); });
+  EXPECT_EQ(woken, 1);
+  EXPECT_TRUE(queue.runPending());
+  EXPECT_EQ(woken, 2);
+}
+
+TEST(Work, KeepsAnythingAndGivesItBackOnce) {
+  const auto held = std::make_shared<int>(0);
+  struct Large {
+    std::shared_ptr<int> held;
+    char room[200] = {};
+    void operator()() const { ++*held; }
+  };
+  const auto small = [held] { ++*held; };
+  for (const bool large : {false, true}) {
+    Work work = large ? Work(Large{held}) : Work(small);
+    Work moved = std::move(work);
+    EXPECT_FALSE(work);  // NOLINT: what was moved from is empty
+    EXPECT_TRUE(moved);
+    *held = 0;
+    moved();
+    EXPECT_EQ(*held, 1);
+    const long before = held.use_count();
+    moved.reset();
+    EXPECT_EQ(held.use_count(), before - 1);
+    EXPECT_FALSE(moved);
+  }
+  EXPECT_EQ(held.use_count(), 2);  // here and in `small`
+}
+
 TEST(MainQueue, WakesAnotherLoopOnceForEachTimeItWasEmpty) {
   MainQueue queue;
   int woken = 0;
