@@ -29,6 +29,9 @@ class AnyMessage : public PBCodable {
     _has = (_has & ~(std::uint64_t{1} << number)) | std::uint64_t{present} << number;
   }
 
+  /// Marks the scalar fields of these bits as present.
+  void addHas(std::uint64_t bits) { _has |= bits; }
+
   /// A message of the same class that shares no object with this one.
   [[nodiscard]] Ref<AnyMessage> deepCopy() const;
 
@@ -38,13 +41,18 @@ class AnyMessage : public PBCodable {
   void mergeFieldsFrom(const AnyMessage& other);
 
  private:
+  enum class Reading { goesOn, ends, failed };
+  Reading readOne(const MessageTable& rows, PBDataReader& reader);
   bool readField(const Field& field, std::uint8_t wireType, PBDataReader& reader);
 
   std::uint64_t _has = 0;  // one bit per scalar field, by its number
 };
 
 /// Appends an element, making the array on first use.
-void appendElement(Ref<MessageArray>& array, Ref<AnyMessage> element);
+inline void appendElement(Ref<MessageArray>& array, Ref<AnyMessage> element) {
+  if (!array) array = make<MessageArray>();
+  array->elements.push_back(std::move(element));
+}
 
 /// The typed face of the operations that take or give a message of the same class.
 template <class M>

@@ -58,11 +58,6 @@ void copyObject(const Field& field, const AnyMessage& from, AnyMessage& to) {
 
 }  // namespace
 
-void appendElement(Ref<MessageArray>& array, Ref<AnyMessage> element) {
-  if (!array) array = make<MessageArray>();
-  array->elements.push_back(std::move(element));
-}
-
 void AnyMessage::copyFieldsTo(AnyMessage& target) const {
   for (const Field& field : table().fields) {
     if (copyScalar(field, *this, target)) continue;

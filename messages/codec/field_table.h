@@ -34,7 +34,7 @@ enum class Kind : std::uint8_t {
 /// The elements of a repeated message field.
 class MessageArray final : public Object {
  public:
-  std::vector<Ref<AnyMessage>> elements;
+  InlineVector<Ref<AnyMessage>, 8> elements;
 
   [[nodiscard]] bool isEqual(const Object& other) const override;
   [[nodiscard]] std::uint64_t hash() const override;
@@ -75,6 +75,18 @@ enum class KeyRule : std::uint8_t { cut, whole };
 inline constexpr std::size_t kFieldNumberLimit = 64;
 inline constexpr std::uint8_t kNoRow = 0xff;
 
+/// The rows of class `M` as straight code, made once in its folder's unrolled.cc.
+template <class M>
+struct Unrolled {
+  /// Reads fields as long as they ascend by number and hold nothing unusual, and gives where that
+  /// ends: `end`, or the key of a field that it left untouched. Requires: `kReadableBehind` bytes
+  /// may be read behind `end`.
+  static const std::uint8_t* read(AnyMessage& message, const std::uint8_t* at,
+                                  const std::uint8_t* end);
+  /// One entry per present field, in field order, enumerations by name.
+  static Dictionary dictionary(const AnyMessage& message);
+};
+
 /// A message class as its rows.
 struct MessageTable {
   std::string_view name;
@@ -82,6 +94,9 @@ struct MessageTable {
   std::array<std::uint8_t, kFieldNumberLimit> rows{};  // field number -> row, or kNoRow
   KeyRule keyRule;
   Ref<AnyMessage> (*make)();
+  const std::uint8_t* (*readAscending)(AnyMessage& message, const std::uint8_t* at,
+                                       const std::uint8_t* end);
+  Dictionary (*dictionary)(const AnyMessage& message);
 
   /// The field of this number, or null.
   [[nodiscard]] const Field* find(std::uint64_t number) const {
@@ -116,8 +131,13 @@ inline constexpr auto kFields =
 
 template <class M>
 inline constexpr MessageTable kTable = [] {
-  MessageTable table{
-      M::kName, kFields<M>, {}, M::kKeyRule, [] { return Ref<AnyMessage>(make<M>()); }};
+  MessageTable table{M::kName,
+                     kFields<M>,
+                     {},
+                     M::kKeyRule,
+                     [] { return Ref<AnyMessage>(make<M>()); },
+                     Unrolled<M>::read,
+                     Unrolled<M>::dictionary};
   table.rows.fill(kNoRow);
   for (std::size_t row = 0; row < table.fields.size(); ++row)
     table.rows[table.fields[row].number] = static_cast<std::uint8_t>(row);

@@ -61,6 +61,7 @@
   void set##X(const Ref<type>& value) { _##x = value; }                                \
   [[nodiscard]] bool has##X() const { return static_cast<bool>(_##x); }                \
   PB_FIELD_(message, number, key, x, {}, &kTable<type>)                                \
+  static type elementOf(Number<number>);                                               \
  private:                                                                              \
   Ref<AnyMessage> _##x;
 
@@ -80,6 +81,7 @@
     return Ref<type>(static_cast<type*>(_##many->elements.at(index).get()));                  \
   }                                                                                           \
   PB_FIELD_(repeated, number, key, many, {}, &kTable<type>)                                   \
+  static type elementOf(Number<number>);                                                      \
  private:                                                                                     \
   Ref<MessageArray> _##many;
 

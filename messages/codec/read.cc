@@ -1,5 +1,4 @@
-#include "messages/codec/AnyMessage.h"
-#include "metrics/registry/KBBMetricUtility.h"
+#include "messages/codec/unrolled.h"
 
 namespace quorin {
 
@@ -7,12 +6,6 @@ namespace {
 
 constexpr std::uint8_t kDelimited = 2;
 constexpr std::uint8_t kEndGroup = 4;
-
-/// Zigzag with an arithmetic shift: meant, so that an encoded bit 31 is read as a sign.
-std::int32_t signedFromVarint(std::uint64_t varint) {
-  const auto n = static_cast<std::int32_t>(static_cast<std::uint32_t>(varint));
-  return -(n & 1) ^ (n >> 1);
-}
 
 /// Reads one message or the run of a packed field from between its marks.
 template <class ReadContent>
@@ -42,29 +35,46 @@ bool readElement(AnyMessage& element, PBDataReader& reader) {
 
 }  // namespace
 
+void logUnknownTag(std::uint16_t tag, std::uint32_t value) {
+  if (!isSystemLogOn()) return;
+  char line[48];
+  std::snprintf(line, sizeof line, "Unknown tag: %x:%u", static_cast<unsigned>(tag), value);
+  systemLog(line);
+}
+
+// The unrolled reader takes whole fields as the exact one would, and stops before any that is
+// unusual; the exact one reads that, and both go on behind it.
 bool AnyMessage::readFrom(PBDataReader& reader) {
   const MessageTable& rows = table();
-  while (reader._pos < reader._length) {
-    if (reader._error) break;
-    const std::uint64_t key = readVarint(reader);
-    const auto wireType = static_cast<std::uint8_t>(key & 7);
-    const bool cut = rows.keyRule == KeyRule::cut;
-    const std::uint64_t number = cut ? key >> 3 & 0xffff : key >> 3;
-    if (reader._error || wireType == kEndGroup) break;
-    if (cut &&
-        KBBMetricUtility::isValidMetricIdTag(static_cast<std::uint16_t>(number), rows.name)) {
-      const auto value = static_cast<std::uint32_t>(readVarint(reader));
-      char line[48];
-      std::snprintf(line, sizeof line, "Unknown tag: %x:%u", static_cast<unsigned>(number), value);
-      systemLog(line);
-      continue;
+  while (true) {
+    if (reader._padded && !reader._error && reader._pos < reader._length)
+      reader._pos = static_cast<std::uint64_t>(
+          rows.readAscending(*this, reader._bytes + reader._pos, reader._bytes + reader._length) -
+          reader._bytes);
+    if (reader._pos >= reader._length || reader._error) return !reader._error;
+    switch (readOne(rows, reader)) {
+      case Reading::goesOn: break;
+      case Reading::ends: return !reader._error;
+      case Reading::failed: return false;
     }
-    const Field* field = rows.find(number);
-    if (!(field ? readField(*field, wireType, reader)
-                : PBReaderSkipValueWithTag(reader, number, wireType)))
-      return false;
   }
-  return !reader._error;
+}
+
+AnyMessage::Reading AnyMessage::readOne(const MessageTable& rows, PBDataReader& reader) {
+  const std::uint64_t key = readVarint(reader);
+  const auto wireType = static_cast<std::uint8_t>(key & 7);
+  const bool cut = rows.keyRule == KeyRule::cut;
+  const std::uint64_t number = cut ? key >> 3 & 0xffff : key >> 3;
+  if (reader._error || wireType == kEndGroup) return Reading::ends;
+  const auto tag = static_cast<std::uint16_t>(number);
+  if (cut && KBBMetricUtility::isValidMetricIdTag(tag, rows.name)) {
+    logUnknownTag(tag, static_cast<std::uint32_t>(readVarint(reader)));
+    return Reading::goesOn;
+  }
+  const Field* field = rows.find(number);
+  const bool read = field ? readField(*field, wireType, reader)
+                          : PBReaderSkipValueWithTag(reader, number, wireType);
+  return read ? Reading::goesOn : Reading::failed;
 }
 
 // A singular field is read by its own rule whatever wire type its key gave, and is present before

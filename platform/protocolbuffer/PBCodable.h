@@ -11,7 +11,7 @@ class PBCodable : public Object {
  public:
   /// Runs `readFrom` over the bytes; null bytes are no bytes. False: they make no object.
   [[nodiscard]] bool initWithData(const Ref<Data>& data) {
-    PBDataReader reader(data ? data->bytes() : Bytes{});
+    PBDataReader reader(data.get());
     return readFrom(reader);
   }
 

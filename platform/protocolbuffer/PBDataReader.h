@@ -10,11 +10,16 @@ namespace quorin {
 /// Requires: the buffer outlives the reader.
 struct PBDataReader {
   explicit PBDataReader(Bytes bytes) : _bytes(bytes.data()), _length(bytes.size()) {}
+  /// No data are no bytes.
+  explicit PBDataReader(const Data* data) : PBDataReader(data ? data->bytes() : Bytes{}) {
+    _padded = data != nullptr;
+  }
 
   const std::uint8_t* _bytes;
   std::uint64_t _pos = 0;
   std::uint64_t _length;  // the end, as the innermost mark narrows it
   bool _error = false;
+  bool _padded = false;  // `kReadableBehind` bytes may be read behind the buffer
 };
 
 /// One varint of at most ten bytes. Out of data: sets `_error` and gives 0. A tenth byte that still

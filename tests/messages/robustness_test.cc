@@ -2,6 +2,7 @@
 #include <random>
 
 #include "messages/catalogue.h"
+#include "tests/support/corpus.h"
 #include "tests/support/rig.h"
 #include "tests/support/tables.h"
 #include "tests/support/wire_properties.h"
@@ -37,6 +38,67 @@ void mutate(std::vector<std::uint8_t>& payload, std::mt19937& random) {
     }
     case 3: payload.insert(here, static_cast<std::uint8_t>(random())); break;
     default: payload.insert(here, random() % 12, 0xff); break;
+  }
+}
+
+/// What a reader made of a payload: the message, and everything else that can be seen.
+struct ReadResult {
+  Ref<AnyMessage> message;
+  bool ok;
+  std::uint64_t position;
+  bool error;
+  std::vector<std::string> lines;
+};
+
+ReadResult readBy(PBDataReader reader, const MessageTable& table, RecordedLog& log) {
+  auto message = table.make();
+  const bool ok = message->readFrom(reader);
+  return {message, ok, reader._pos, reader._error, log.systemLines()};
+}
+
+/// The unrolled reader helps only where bytes may be read behind the payload. Empty: both agree.
+std::string differenceOfReaders(const MessageTable& table, Bytes payload, RecordedLog& log) {
+  const Ref<Data> padded = make<Data>(payload);
+  const ReadResult fast = readBy(PBDataReader(padded.get()), table, log);
+  const std::vector<std::uint8_t> bare(payload.begin(), payload.end());
+  const ReadResult exact = readBy(PBDataReader(Bytes(bare)), table, log);
+  if (fast.ok != exact.ok) return "the results differ";
+  if (fast.position != exact.position || fast.error != exact.error) return "the readers differ";
+  if (fast.lines != exact.lines) return "the log lines differ";
+  if (!fast.message->isEqual(*exact.message)) return "the fields or their presence differ";
+  return printed(fast.message->dictionaryRepresentation()) ==
+                 printed(exact.message->dictionaryRepresentation())
+             ? ""
+             : "the dictionaries differ";
+}
+
+TEST(TheUnrolledReader, AgreesWithTheExactOneOnPayloadsCutAnywhere) {
+  RecordedLog log;
+  const auto payloads = corpus(67);
+  ASSERT_GE(payloads.size(), 2'000U);
+  for (const auto& [row, payload] : payloads)
+    for (std::size_t length = 0; length <= payload.size(); ++length)
+      ASSERT_EQ(differenceOfReaders(*row->table, Bytes(payload).first(length), log), "")
+          << row->table->name << " " << hexText(Bytes(payload).first(length));
+}
+
+TEST(TheUnrolledReader, AgreesWithTheExactOneOnRecordedPayloadsInEveryClass) {
+  RecordedLog log;
+  for (const auto& payload : recordedPayloads())
+    for (const CatalogueRow& row : catalogue())
+      ASSERT_EQ(differenceOfReaders(*row.table, payload, log), "")
+          << row.table->name << " " << hexText(payload);
+}
+
+TEST(TheUnrolledReader, AgreesWithTheExactOneOnChangedPayloads) {
+  RecordedLog log;
+  std::mt19937 random(11);
+  const auto payloads = corpus(67);
+  for (int round = 0; round < 200'000; ++round) {
+    auto [row, payload] = payloads[random() % payloads.size()];
+    for (std::size_t changes = 1 + random() % 4; changes > 0; --changes) mutate(payload, random);
+    ASSERT_EQ(differenceOfReaders(*row->table, payload, log), "")
+        << row->table->name << " " << hexText(payload);
   }
 }
 
