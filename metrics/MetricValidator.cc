@@ -1,7 +1,6 @@
 #include "metrics/MetricValidator.h"
 
 #include <algorithm>
-#include <cstdio>
 
 #include "metrics/conversions.h"
 #include "metrics/metric_cases.h"
@@ -12,10 +11,15 @@ namespace quorin {
 namespace {
 
 /// At least two columns, of the ID's low 32 bits.
-std::string hexadecimal(std::int64_t id) {
-  char text[16];
-  std::snprintf(text, sizeof text, "%2X", static_cast<unsigned>(id));
-  return text;
+void appendHexadecimal(std::string& line, std::int64_t id) {
+  const auto low = static_cast<std::uint32_t>(id);
+  char text[8];
+  char* first = std::end(text);
+  std::uint32_t rest = low;
+  do *--first = "0123456789ABCDEF"[rest & 15];
+  while ((rest >>= 4) != 0);
+  if (low < 16) *--first = ' ';
+  line.append(first, std::end(text));
 }
 
 }  // namespace
@@ -41,6 +45,7 @@ void MetricValidator::init() {
 void MetricValidator::metricsDidUpdate(const EventRecord* metric) {
   if (!metric) fatal();
   if (handleMetric(metric->dictionary())) printLine("Received Valid Metric");
+  if (isPrintingOn()) flushPrintedLines();
 }
 
 void MetricValidator::eventsDidUpdate(const EventRecord* /*trigger*/) {
@@ -56,7 +61,11 @@ bool MetricValidator::handleMetric(const Dictionary& metric) {
   const auto id = entry ? entry->integer() : std::nullopt;
   if (!id) fatal();
   _metricID = id;
-  printLine("Metric ID in Hex = " + hexadecimal(*id));
+  if (isPrintingOn()) {
+    _line = "Metric ID in Hex = ";
+    appendHexadecimal(_line, *id);
+    printLine(_line);
+  }
   const MetricCase* row = metricCase(*id);
   if (!row) {
     printLine("I dont care for this Metric");
@@ -73,14 +82,16 @@ bool MetricValidator::handleMetric(const Dictionary& metric) {
 void MetricValidator::keep(const MetricCase& row, Dictionary store) {
   if (row.stamp == StampText::beforeLog) convertTimeStamp(store);
   if (row.convert) row.convert(store);
-  std::string line(row.logText);
-  line += ' ';
-  appendPrinted(line, store);
-  printLine(line);
+  if (isPrintingOn()) {
+    _line = row.logText;
+    _line += ' ';
+    appendPrinted(_line, store);
+    printLine(_line);
+  }
   if (row.stamp == StampText::afterLog) convertTimeStamp(store);
   (this->*row.set)(std::move(store));
-  _arrivals[static_cast<std::size_t>(&row - metricCases().data())] = currentClock().uptime();
-  refreshRecords(*this, row.get);
+  _arrivals[static_cast<std::size_t>(&row - metricCases().data())] = currentClock().roughUptime();
+  refreshRecords(*this, row);
 }
 
 std::optional<Milliseconds> MetricValidator::arrival(Store store) const {

@@ -153,6 +153,7 @@ class MetricValidator : public OsminWrapperDelegate,
   std::string _profileIDKey = "kKeyProfileID";
   std::map<std::int32_t, float> _dlbwlookup;
   std::optional<std::int64_t> _metricID;
+  std::string _line;                                      // being printed; keeps its memory
   std::array<std::optional<Milliseconds>, 30> _arrivals;  // by metric case
 
   LTE _myLTE;

@@ -1,6 +1,8 @@
 #include "metrics/metric_cases.h"
 
 #include <algorithm>
+#include <array>
+#include <utility>
 
 #include "messages/gsm/KCellularGsmCsRfMeasurement.h"
 #include "messages/gsm/KCellularGsmGprsConfig.h"
@@ -153,6 +155,31 @@ constexpr MetricCase kMetricCases[] = {
 };
 static_assert(std::ranges::is_sorted(kMetricCases, {}, &MetricCase::id));
 
+/// Where a metric's row is looked up: no two IDs have one place.
+struct Places {
+  std::uint64_t factor = 0;
+  std::array<std::uint8_t, 256> rows{};  // of kMetricCases; any row where there is none
+};
+
+constexpr std::size_t placeOf(std::int64_t id, std::uint64_t factor) {
+  return static_cast<std::size_t>(static_cast<std::uint64_t>(id) * factor >> 56);
+}
+
+constexpr bool fill(Places& places) {
+  std::array<bool, 256> taken{};
+  for (std::uint8_t row = 0; row < std::size(kMetricCases); ++row) {
+    const std::size_t place = placeOf(kMetricCases[row].id, places.factor);
+    if (std::exchange(taken[place], true)) return false;
+    places.rows[place] = row;
+  }
+  return true;
+}
+
+constexpr Places kPlaces = [] {
+  for (Places places{0x9e3779b97f4a7c15, {}};; places.factor *= 0x5851f42d4c957f2d)
+    if (fill(places)) return places;
+}();
+
 }  // namespace
 
 std::span<const StoreRow> storeRows() { return kStoreRows; }
@@ -160,8 +187,8 @@ std::span<const StoreRow> storeRows() { return kStoreRows; }
 std::span<const MetricCase> metricCases() { return kMetricCases; }
 
 const MetricCase* metricCase(std::int64_t id) {
-  const auto* found = std::ranges::lower_bound(kMetricCases, id, {}, &MetricCase::id);
-  return found != std::end(kMetricCases) && found->id == id ? found : nullptr;
+  const MetricCase& row = kMetricCases[kPlaces.rows[placeOf(id, kPlaces.factor)]];
+  return row.id == id ? &row : nullptr;
 }
 
 }  // namespace quorin

@@ -11,67 +11,91 @@ using MV = MetricValidator;
 // clang-format off
 constexpr RecordRow kRecordRows[] = {
     {"myLTE", "SelReselCellInfo", in<&LTE::SelReselCellInfo>, &MV::myLTESelReselDict},
-    {"myLTE", "EutraNbrs", in<&LTE::EutraNbrs>, &MV::myLTESelReselDict, "nbr_eutra",
-        {{"dl_bw", megahertz}}},
-    {"myLTE", "RsrpRsrqSinr", in<&LTE::RsrpRsrqSinr>, &MV::myLTERsrpRsrqSinrDict, "inst_values",
-        {{"sinr0", halfSteps}, {"sinr1", halfSteps}}},
-    {"myLTE", "TxPower", in<&LTE::TxPower>, &MV::myLTETxPowerDict, "tx_power_info"},
-    {"myLTE", "EutraNbrsMeas", in<&LTE::EutraNbrsMeas>, &MV::myLTEIntraRatMeasDict, "meas_nbr_eutra",
-        {{"nbr_rsrq", halfSteps}}},
-    {"myLTE", "UtraNbrsMeas", in<&LTE::UtraNbrsMeas>, &MV::myLTEInterRatMeasDict, "meas_nbr_utra",
-        {{"ecno", halfSteps}}},
-    {"myLTE", "GeraNbrsMeas", in<&LTE::GeraNbrsMeas>, &MV::myLTEInterRatMeasDict, "meas_nbr_geran"},
-    {"myLTE", "CAStatusList", in<&LTE::CAStatusList>, &MV::myLTECAStatusDict, "scc_list",
-        {{"rsrp", wholeOfHundredths}, {"rsrq", hundredths}, {"rssi", wholeOfHundredths},
-         {"dl_bandwidth", megahertz}}},
+    {"myLTE", "EutraNbrs", in<&LTE::EutraNbrs>, &MV::myLTESelReselDict, kKey<"nbr_eutra">,
+        {{kKey<"dl_bw">, megahertz}}},
+    {"myLTE", "RsrpRsrqSinr", in<&LTE::RsrpRsrqSinr>, &MV::myLTERsrpRsrqSinrDict, kKey<"inst_values">,
+        {{kKey<"sinr0">, halfSteps}, {kKey<"sinr1">, halfSteps}}},
+    {"myLTE", "TxPower", in<&LTE::TxPower>, &MV::myLTETxPowerDict, kKey<"tx_power_info">},
+    {"myLTE", "EutraNbrsMeas", in<&LTE::EutraNbrsMeas>, &MV::myLTEIntraRatMeasDict, kKey<"meas_nbr_eutra">,
+        {{kKey<"nbr_rsrq">, halfSteps}}},
+    {"myLTE", "UtraNbrsMeas", in<&LTE::UtraNbrsMeas>, &MV::myLTEInterRatMeasDict, kKey<"meas_nbr_utra">,
+        {{kKey<"ecno">, halfSteps}}},
+    {"myLTE", "GeraNbrsMeas", in<&LTE::GeraNbrsMeas>, &MV::myLTEInterRatMeasDict, kKey<"meas_nbr_geran">},
+    {"myLTE", "CAStatusList", in<&LTE::CAStatusList>, &MV::myLTECAStatusDict, kKey<"scc_list">,
+        {{kKey<"rsrp">, wholeOfHundredths}, {kKey<"rsrq">, hundredths}, {kKey<"rssi">, wholeOfHundredths},
+         {kKey<"dl_bandwidth">, megahertz}}},
     {"myLTE", "SecondaryCellMeasList", in<&LTE::SecondaryCellMeasList>,
-        &MV::myLTESecondaryCellMeasDict, "scc_rx_measurement",
-        {{"rsrp", wholeOfHundredths}, {"rsrq", hundredths}, {"rssi", wholeOfHundredths}}},
+        &MV::myLTESecondaryCellMeasDict, kKey<"scc_rx_measurement">,
+        {{kKey<"rsrp">, wholeOfHundredths}, {kKey<"rsrq">, hundredths}, {kKey<"rssi">, wholeOfHundredths}}},
     {"myLTE", "MMCommonInfo", in<&LTE::MMCommonInfo>, &MV::myCellularMMCommonInfoDict},
-    {"myLTE", "IMSI", in<&LTE::IMSI>, &MV::myCellularMMCommonInfoDict, "imsi"},
+    {"myLTE", "IMSI", in<&LTE::IMSI>, &MV::myCellularMMCommonInfoDict, kKey<"imsi">},
 
-    {"myUMTS", "rXInfo", in<&UMTS::rXInfo>, &MV::myUMTSCellMeasDict, "rx_info", {}, "connected_mode"},
-    {"myUMTS", "TxPower", in<&UMTS::TxPower>, &MV::myUMTSTxPowerDict, "tx_power_info"},
+    {"myUMTS", "rXInfo", in<&UMTS::rXInfo>, &MV::myUMTSCellMeasDict, kKey<"rx_info">, {}, kKey<"connected_mode">},
+    {"myUMTS", "TxPower", in<&UMTS::TxPower>, &MV::myUMTSTxPowerDict, kKey<"tx_power_info">},
     {"myUMTS", "SelReselCellInfo", in<&UMTS::SelReselCellInfo>, &MV::myUMTSSelReselDict},
-    {"myUMTS", "eUtraNbrs", in<&UMTS::eUtraNbrs>, &MV::myUMTSSelReselDict, "eutra_prio_info"},
-    {"myUMTS", "utraNbrs", in<&UMTS::utraNbrs>, &MV::myUMTSSelReselDict, "utra_prio_info"},
-    {"myUMTS", "geraNbrs", in<&UMTS::geraNbrs>, &MV::myUMTSSelReselDict, "gsm_prio_info"},
-    {"myUMTS", "eUtraNbrMeas", in<&UMTS::eUtraNbrMeas>, &MV::myUMTSNbrMeasDict, "meas_lte_result",
-        {{"rsrq", halfSteps}}},
-    {"myUMTS", "utraNbrMeas", in<&UMTS::utraNbrMeas>, &MV::myUMTSNbrMeasDict, "meas_utra_result",
-        {{"ecno", halfSteps}}},
-    {"myUMTS", "geraNbrMeas", in<&UMTS::geraNbrMeas>, &MV::myUMTSNbrMeasDict, "meas_gsm_result"},
+    {"myUMTS", "eUtraNbrs", in<&UMTS::eUtraNbrs>, &MV::myUMTSSelReselDict, kKey<"eutra_prio_info">},
+    {"myUMTS", "utraNbrs", in<&UMTS::utraNbrs>, &MV::myUMTSSelReselDict, kKey<"utra_prio_info">},
+    {"myUMTS", "geraNbrs", in<&UMTS::geraNbrs>, &MV::myUMTSSelReselDict, kKey<"gsm_prio_info">},
+    {"myUMTS", "eUtraNbrMeas", in<&UMTS::eUtraNbrMeas>, &MV::myUMTSNbrMeasDict, kKey<"meas_lte_result">,
+        {{kKey<"rsrq">, halfSteps}}},
+    {"myUMTS", "utraNbrMeas", in<&UMTS::utraNbrMeas>, &MV::myUMTSNbrMeasDict, kKey<"meas_utra_result">,
+        {{kKey<"ecno">, halfSteps}}},
+    {"myUMTS", "geraNbrMeas", in<&UMTS::geraNbrMeas>, &MV::myUMTSNbrMeasDict, kKey<"meas_gsm_result">},
 
-    {"myGSM", "eUtraNbrMeas", in<&GSM::eUtraNbrMeas>, &MV::myGSMNbrMeasDict, "lte_ncell_meas",
-        {{"rsrq", halfSteps}}},
+    {"myGSM", "eUtraNbrMeas", in<&GSM::eUtraNbrMeas>, &MV::myGSMNbrMeasDict, kKey<"lte_ncell_meas">,
+        {{kKey<"rsrq">, halfSteps}}},
     // The message spells its key "cpich_ecn0", so its values stay as delivered: meant.
-    {"myGSM", "utraNbrMeas", in<&GSM::utraNbrMeas>, &MV::myGSMNbrMeasDict, "umts_ncell_meas",
-        {{"cpich_ecno", halfSteps}}},
-    {"myGSM", "geraNbrMeas", in<&GSM::geraNbrMeas>, &MV::myGSMNbrMeasDict, "gsm_ncell_meas"},
+    {"myGSM", "utraNbrMeas", in<&GSM::utraNbrMeas>, &MV::myGSMNbrMeasDict, kKey<"umts_ncell_meas">,
+        {{kKey<"cpich_ecno">, halfSteps}}},
+    {"myGSM", "geraNbrMeas", in<&GSM::geraNbrMeas>, &MV::myGSMNbrMeasDict, kKey<"gsm_ncell_meas">},
 
     {"myCommon", "activeBearer", in<&Common::activeBearer>, &MV::myCellularActiveBearerDict,
-        "bearer_contexts"},
-    {"myCommon", "simContents", in<&Common::simContents>, &MV::mySIMFileInfoDict, "ef_list"},
+        kKey<"bearer_contexts">},
+    {"myCommon", "simContents", in<&Common::simContents>, &MV::mySIMFileInfoDict, kKey<"ef_list">},
 };
 // clang-format on
 
-Dictionary converted(Dictionary entry, const RecordRow& row, const MV& validator) {
-  for (const auto& [key, conversion] : row.conversions)
-    if (const Value* value = conversion ? entry.find(key) : nullptr)
-      entry.set(Literal{key}, conversion(*value, validator.dlbwlookup()));
-  return entry;
-}
+constexpr std::size_t kMostConversions = std::size(RecordRow{}.conversions);
+
+/// Converts the entries of one list, whose keys mostly stand at the same places in each.
+class EntryConverter {
+ public:
+  EntryConverter(const RecordRow& row, const MV& validator) : _row(row), _validator(validator) {}
+
+  [[nodiscard]] Dictionary operator()(Dictionary entry) {
+    for (std::size_t i = 0; i < kMostConversions && _row.conversions[i].conversion; ++i) {
+      const auto& [key, conversion] = _row.conversions[i];
+      const std::size_t place = entry.indexOf(key, _places[i]);
+      if (place == entry.size()) continue;
+      _places[i] = place;
+      entry.setAt(place, conversion(entry[place].value, _validator.dlbwlookup()));
+    }
+    return entry;
+  }
+
+ private:
+  const RecordRow& _row;
+  const MV& _validator;
+  std::size_t _places[kMostConversions]{};
+};
 
 void rebuild(List& list, const RecordRow& row, const Dictionary& store, const MV& validator) {
   list = List();
-  if (row.key.empty()) return list.append(Value(store));
+  if (row.key.text.empty()) return list.append(Value(store));
   const Value* entries = store.find(row.key);
   if (!entries || entries->kind() != Value::Kind::list) return;
-  const Value* added = row.addedKey.empty() ? nullptr : store.find(row.addedKey);
-  for (const Value& value : entries->list()) {
-    Dictionary entry = converted(value.dictionary(), row, validator);
-    if (added) entry.set(Literal{row.addedKey}, *added);
-    list.append(Value(entry));
+  const Value* added = row.addedKey.text.empty() ? nullptr : store.find(row.addedKey);
+  const List source = entries->list();
+  if (!added && !row.conversions[0].conversion) {
+    list = source;
+    return;
+  }
+  EntryConverter converted(row, validator);
+  list.reserve(source.size());
+  for (const Value& value : source) {
+    Dictionary entry = converted(value.dictionary());
+    if (added) entry.set(row.addedKey, *added);
+    list.append(Value(std::move(entry)));
   }
 }
 
@@ -88,6 +112,20 @@ void rebuild(Value& value, const RecordRow& row, const Dictionary& store, const 
   value = latest ? imsiDigits(*latest) : Value(Literal{""});
 }
 
+/// The rows that a metric's store fills. They stand together.
+std::span<const RecordRow> rowsOf(const MetricCase& metric) {
+  static const std::vector<std::span<const RecordRow>> rowsByCase = [] {
+    std::vector<std::span<const RecordRow>> made;
+    for (const MetricCase& row : metricCases()) {
+      const auto fills = [&](const RecordRow& record) { return record.source == row.get; };
+      const auto* first = std::ranges::find_if(kRecordRows, fills);
+      made.emplace_back(first, std::find_if_not(first, std::end(kRecordRows), fills));
+    }
+    return made;
+  }();
+  return rowsByCase[static_cast<std::size_t>(&metric - metricCases().data())];
+}
+
 }  // namespace
 
 std::span<const RecordRow> recordRows() { return kRecordRows; }
@@ -102,12 +140,12 @@ Value valueOf(MetricValidator& validator, const RecordRow& row) {
   return std::visit([&](auto place) { return Value(place(validator)); }, row.in);
 }
 
-void refreshRecords(MetricValidator& validator, MetricValidator::Store store) {
-  for (const RecordRow& row : kRecordRows)
-    if (row.source == store)
-      std::visit(
-          [&](auto place) { rebuild(place(validator), row, (validator.*store)(), validator); },
-          row.in);
+void refreshRecords(MetricValidator& validator, const MetricCase& metric) {
+  const auto rows = rowsOf(metric);
+  for (const RecordRow& row : rows)
+    std::visit(
+        [&](auto place) { rebuild(place(validator), row, (validator.*metric.get)(), validator); },
+        row.in);
 }
 
 }  // namespace quorin

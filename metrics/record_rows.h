@@ -5,6 +5,7 @@
 
 #include "metrics/MetricValidator.h"
 #include "metrics/conversions.h"
+#include "metrics/metric_cases.h"
 
 namespace quorin {
 
@@ -34,7 +35,7 @@ using MemberIn = std::variant<ListIn, DictionaryIn, ValueIn>;
 
 /// How one key of a list's entries is converted.
 struct EntryConversion {
-  std::string_view key;
+  Literal key{};
   Conversion conversion = nullptr;
 };
 
@@ -44,9 +45,9 @@ struct RecordRow {
   std::string_view member;
   MemberIn in;
   MetricValidator::Store source;
-  std::string_view key{};            // in the store; empty: the whole store
+  Literal key{};                     // in the store; empty: the whole store
   EntryConversion conversions[4]{};  // of a list's entries
-  std::string_view addedKey{};       // of the store, added to each entry as its last
+  Literal addedKey{};                // of the store, added to each entry as its last
 };
 
 /// All 25 members, record by record, each in its record's order.
@@ -58,7 +59,7 @@ struct RecordRow {
 /// The member's present value.
 [[nodiscard]] Value valueOf(MetricValidator& validator, const RecordRow& row);
 
-/// Rebuilds the members whose source is `store`.
-void refreshRecords(MetricValidator& validator, MetricValidator::Store store);
+/// Rebuilds the members whose source is the metric's store.
+void refreshRecords(MetricValidator& validator, const MetricCase& metric);
 
 }  // namespace quorin

@@ -6,51 +6,51 @@ namespace quorin {
 
 namespace {
 
-constexpr std::string_view kLteSelReselKeys[] = {
-    "timestamp",
-    "ims_emergency_support",
-    "ac_barring_for_emergency",
-    "mo_signalling_ac_barring_factor",
-    "mo_signalling_ac_barring_time",
-    "mo_signalling_ac_barring_for_special_ac",
-    "mo_data_ac_barring_factor",
-    "mo_data_ac_barring_time",
-    "mo_data_ac_barring_for_special_ac",
-    "QRxLevMin",
-    "QQualMin",
-    "Q_hyst",
-    "S_non_intra_search_P",
-    "S_non_intra_search_Q",
-    "S_intra_search_P",
-    "S_intra_search_Q",
-    "Thresh_serving_lowP",
-    "Thresh_serving_lowQ",
-    "priority_operating_freq",
-    "multi_band_info",
+constexpr Literal kLteSelReselKeys[] = {
+    kKey<"timestamp">,
+    kKey<"ims_emergency_support">,
+    kKey<"ac_barring_for_emergency">,
+    kKey<"mo_signalling_ac_barring_factor">,
+    kKey<"mo_signalling_ac_barring_time">,
+    kKey<"mo_signalling_ac_barring_for_special_ac">,
+    kKey<"mo_data_ac_barring_factor">,
+    kKey<"mo_data_ac_barring_time">,
+    kKey<"mo_data_ac_barring_for_special_ac">,
+    kKey<"QRxLevMin">,
+    kKey<"QQualMin">,
+    kKey<"Q_hyst">,
+    kKey<"S_non_intra_search_P">,
+    kKey<"S_non_intra_search_Q">,
+    kKey<"S_intra_search_P">,
+    kKey<"S_intra_search_Q">,
+    kKey<"Thresh_serving_lowP">,
+    kKey<"Thresh_serving_lowQ">,
+    kKey<"priority_operating_freq">,
+    kKey<"multi_band_info">,
 };
 
-constexpr std::string_view kUmtsSelReselKeys[] = {
-    "timestamp",
-    "ims_emergency_support",
-    "hsdpa_capable",
-    "edch_capable",
-    "duplex_mode",
-    "cell_barred",
-    "fach_meas_occ_info_present",
-    "s_rxlev",
-    "s_qual",
-    "s_intrasearch",
-    "s_intersearch",
-    "s_search_rat",
-    "s_cell_prio",
-    "multi_band_info",
+constexpr Literal kUmtsSelReselKeys[] = {
+    kKey<"timestamp">,
+    kKey<"ims_emergency_support">,
+    kKey<"hsdpa_capable">,
+    kKey<"edch_capable">,
+    kKey<"duplex_mode">,
+    kKey<"cell_barred">,
+    kKey<"fach_meas_occ_info_present">,
+    kKey<"s_rxlev">,
+    kKey<"s_qual">,
+    kKey<"s_intrasearch">,
+    kKey<"s_intersearch">,
+    kKey<"s_search_rat">,
+    kKey<"s_cell_prio">,
+    kKey<"multi_band_info">,
 };
 
 const Value kEmptyText(Literal{""});
 
-Dictionary emptyTexts(std::span<const std::string_view> keys) {
+Dictionary emptyTexts(std::span<const Literal> keys) {
   Dictionary dictionary;
-  for (const auto key : keys) dictionary.append(Literal{key}, kEmptyText);
+  for (const Literal key : keys) dictionary.append(key, kEmptyText);
   return dictionary;
 }
 
@@ -94,13 +94,15 @@ GSM::GSM()
 Common::Common() : activeBearer(placeholder(kWaiting)), simContents(placeholder(kWaiting)) {}
 
 Dictionary withFixedKeys(const Dictionary& fixed, const Dictionary& latest) {
-  Dictionary dictionary;
-  dictionary.reserve(fixed.size());
+  DictionaryMaker dictionary(fixed.size());
+  std::size_t place = 0;  // both mostly go on alike
   for (const auto& entry : fixed) {
-    const Value* value = latest.find(entry.key.text());
-    dictionary.set(entry.key, value ? *value : kEmptyText);
+    const std::size_t found = latest.indexOf({entry.key.text(), entry.key.isPadded()}, place);
+    const bool has = found != latest.size();
+    dictionary.append(Value(entry.key), has ? Value(latest[found].value) : Value(kEmptyText));
+    if (has) place = found + 1;
   }
-  return dictionary;
+  return dictionary.made();
 }
 
 }  // namespace quorin

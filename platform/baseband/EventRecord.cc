@@ -81,12 +81,12 @@ class Unpacker {
   explicit Unpacker(Bytes packed) : _rest(packed) {}
 
   Dictionary dictionary() {
-    Dictionary entries;
+    DictionaryMaker entries(Unpacker(_rest).count());  // a packed dictionary has each key once
     while (!_rest.empty()) {
       Value name = key();
-      entries.set(std::move(name), value());
+      entries.append(std::move(name), value());
     }
-    return entries;
+    return entries.made();
   }
 
  private:
@@ -103,9 +103,27 @@ class Unpacker {
     _rest = _rest.subspan(length);
     return bytes;
   }
-  std::string text() {
+  Ref<String> text() {
     const Bytes bytes = delimited();
-    return {bytes.begin(), bytes.end()};
+    return make<String>(
+        std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
+  }
+  void skip(std::size_t length) { _rest = _rest.subspan(length); }
+  std::size_t count() {
+    std::size_t entries = 0;
+    for (; !_rest.empty(); ++entries) {
+      if (plain<std::uint8_t>() == kOtherKey) (void)delimited();
+      switch (plain<xpc_type_t>()) {
+        case xpc_type_t::null: break;
+        case xpc_type_t::boolean: skip(sizeof(bool)); break;
+        case xpc_type_t::int64: skip(sizeof(std::int64_t)); break;
+        case xpc_type_t::float64: skip(sizeof(double)); break;
+        case xpc_type_t::string:
+        case xpc_type_t::data:
+        case xpc_type_t::dictionary: (void)delimited(); break;
+      }
+    }
+    return entries;
   }
   Value key() {
     const auto row = plain<std::uint8_t>();

@@ -105,7 +105,7 @@ TEST(RecordRows, AreTwentyFiveMembersWithTheirSources) {
     EXPECT_EQ(row.record, kMembers[i].record);
     EXPECT_EQ(row.member, kMembers[i].member);
     EXPECT_EQ(nameOf(row.source), kMembers[i].source);
-    EXPECT_EQ(row.key, kMembers[i].key);
+    EXPECT_EQ(row.key.text, kMembers[i].key);
     EXPECT_EQ(&recordRow(row.in), &row);
   }
 }
