@@ -313,8 +313,8 @@ def a_modem_without_card():
 class Sleep:
     """What tells ModemManager that the machine goes to sleep, and that it has woken."""
     def __init__(self, trial):
-        self.bus = BusObject(trial.address, "org.freedesktop.login1", self._answer)
         self.asked = 0
+        self.bus = BusObject(trial.address, "org.freedesktop.login1", self._answer)
 
     def _answer(self, path, interface, member, values):
         if member == "GetAll":
@@ -361,6 +361,7 @@ def the_machine_sleeps_and_the_modem_goes_on():
         sleep = Sleep(trial)
         trial.camps()
         check("ModemManager listens", wait_for(lambda: sleep.asked))
+        trial.shows("before", {"LTE Serving Cell Meas": ["rsrp0 -91", "rsrq0 -10"]})
         sleep.tell(True)
         trial.modem.camp("UMTS", 0x3E9, 0xD30156, rscp=40, ecno=30)
         sleep.tell(False)
