@@ -228,6 +228,32 @@ def bearers_come_and_go():
         trial.shows("down", {"LTE Active Bearers": []})
 
 
+def a_card_leaves_a_modem_that_stays():
+    def sim(number, imsi):
+        path = f"{ROOT}/SIM/{number}"
+        trial.manager.objects[path] = {SIM: {"Imsi": ("s", imsi), "SimIdentifier": ("s", "")}}
+        trial.manager.change(trial.manager.path(0), MODEM, Sim=("o", path))
+
+    with Trial() as trial:
+        files = "KCellularSimCardFiles"
+        given = lambda: [metric["count"] for metric in trial.status()["metrics"]
+                         if metric["class"] == files]
+        sim(0, "001010123456789")
+        first = {"Device Info SIM Files": ["ef_id 28423", "content <080910101032547698>"]}
+        trial.shows("a card", first)
+        trial.manager.change(trial.manager.path(0), MODEM, Sim=("o", "/"))
+        check("without it its values are stale",
+              wait_for(lambda: trial.standing(files) == "stale"))
+        check("and no others", trial.standing("KCellularEmmContext") == "live")
+        time.sleep(6)  # longer than it takes to ask again
+        check(f"nothing of it is sent anew: {given()}", given() == [1])
+        trial.shows("a page keeps what it was told", first)
+        sim(1, "262019876543210")
+        trial.shows("another card", {
+            "Device Info SIM Files": ["ef_id 28423", "content <082926108967452301>"]})
+        check("is live", trial.standing(files) == "live")
+
+
 def mmcli_shows_the_same_bearer(trial, bearer):
     theirs = trial.mmcli("-b", bearer)["bearer"]
     packed = lambda *texts: "<" + "".join(ipaddress.ip_address(text).packed.hex()
@@ -368,7 +394,8 @@ def the_policy_opens_what_is_read_and_nothing_else():
 
 
 run(the_policy_opens_what_is_read_and_nothing_else, a_cell_list_fills_the_pages,
-    unknown_values_stay_absent, bearers_come_and_go, a_modem_on_nr_is_said_to_be,
-    one_of_several_modems_is_followed, a_cell_list_that_is_not_offered_is_asked_for_once,
-    fifty_restarts_lose_nothing, a_days_changes_leave_the_memory_flat,
+    unknown_values_stay_absent, bearers_come_and_go, a_card_leaves_a_modem_that_stays,
+    a_modem_on_nr_is_said_to_be, one_of_several_modems_is_followed,
+    a_cell_list_that_is_not_offered_is_asked_for_once, fifty_restarts_lose_nothing,
+    a_days_changes_leave_the_memory_flat,
     *([a_cell_list_that_does_not_come_any_more_goes_stale] if SLOW else []))
