@@ -284,7 +284,6 @@ def a_card_is_pulled_and_another_one_put_in():
         check("power on", trial.enable())
         trial.shows("with its card", files_of("080910101032547698", "98000101214365870951"))
         given = [trial.given(SIM_FILES), trial.given(SIM_IDENTITY)]
-        check("each file was given once", given == [1, 1])
         trial.modem.pull_card()
         check("without card", trial.stands("failed"))
         the_card_is_gone(trial, given)
