@@ -26,9 +26,7 @@ constexpr char kObjectManager[] = "org.freedesktop.DBus.ObjectManager";
 
 constexpr std::uint32_t kSignalSeconds = 2;
 constexpr std::uint64_t kPollMicroseconds = 5'000'000;
-constexpr Milliseconds kCellsHold{20'000};   // a few polls
-constexpr Milliseconds kSignalHold{60'000};  // as long as the service calls its own quality recent
-constexpr std::int64_t kAreaSource = 1;      // 3GPP LAC and CI, without a position
+constexpr std::int64_t kAreaSource = 1;  // 3GPP LAC and CI, without a position
 
 // A modem's state, from what it must be to report.
 constexpr std::int64_t kEnabled = 6;
@@ -278,8 +276,7 @@ void ModemManagerSource::follow(const std::string& path) {
   ++_generation;
   _isSetUp = _awaitsCells = false;
   _offersCells = true;
-  _cells.clear();
-  _signalAt = currentClock().uptime();
+  _held.start();
   if (!isOther) return;
   _queue.start();
   readCardAndBearers();
@@ -325,12 +322,12 @@ void ModemManagerSource::poll() {
       if (!_offersCells) systemLog("basebandd: the modem gives no cell list: " + error);
       return;
     }
-    _cells.clear();
+    std::vector<Readings> cells;
     const modem::Reading list = modem::readReading(reply);
-    if (const auto* cells = list.as<std::vector<modem::Reading>>())
-      for (const modem::Reading& cell : *cells)
-        if (const auto* held = cell.as<Readings>()) _cells.push_back(*held);
-    _cellsAt = currentClock().uptime();
+    if (const auto* listed = list.as<std::vector<modem::Reading>>())
+      for (const modem::Reading& cell : *listed)
+        if (const auto* readings = cell.as<Readings>()) cells.push_back(*readings);
+    _held.takeCells(std::move(cells));
     refresh(modem::kCellGroup);
   });
 }
@@ -369,16 +366,11 @@ modem::ModemReadings ModemManagerSource::readings() const {
     all.modem.erase("AccessTechnologies");
     return all;
   }
-  const Milliseconds now = currentClock().uptime();
   all.network = followed(kNetwork);
-  const auto quality = modem::valueAt(all.modem, "SignalQuality", std::vector<modem::Reading>{});
-  const bool isRecent = quality.size() == 2 && quality[1] == modem::Reading{true};
-  const Readings& signal = followed(kSignal);
-  const bool isRead = isRecent && numberAt(signal, "Rate") > 0;
-  if (isRead || now - _signalAt < kSignalHold) all.signal = signal;
+  all.signal = _held.signal(all.modem, followed(kSignal));
   const auto location = modem::valueAt(followed(kLocation), "Location", Readings{});
   all.area = modem::areaOf(textAt(location, std::to_string(kAreaSource)));
-  if (now - _cellsAt < kCellsHold) all.cells = _cells;
+  all.cells = _held.cells();
   return all;
 }
 
@@ -477,7 +469,7 @@ int ModemManagerSource::onChanged(sd_bus_message* message, void* source, sd_bus_
   const auto object = self._objects.find(path);
   if (row == std::end(kInterfaces) || object == self._objects.end()) return 0;
   for (const auto& [key, value] : changed) object->second[interface][key] = value;
-  if (interface == kSignal && path == self._path) self._signalAt = currentClock().uptime();
+  if (interface == kSignal && path == self._path) self._held.noteSignal();
   if (path == self._path && (changed.contains("Sim") || changed.contains("Bearers")))
     self.readCardAndBearers();
   if (changed.contains("State")) self.choose();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "basebandd/MetricSource.h"
+#include "basebandd/modem/HeldReadings.h"
 #include "basebandd/modem/ReportQueue.h"
 #include "platform/bus/handles.h"
 
@@ -77,9 +78,7 @@ class ModemManagerSource final : public MetricSource {
   bool _isSetUp = false;
   bool _offersCells = true;
   bool _awaitsCells = false;
-  std::vector<modem::Readings> _cells;
-  Milliseconds _cellsAt{0};
-  Milliseconds _signalAt{0};
+  modem::HeldReadings _held;
   std::string _reason;  // why there is no bus
   std::string _noted;   // the latest description in the log
   bus::Connection _bus;

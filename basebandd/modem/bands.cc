@@ -59,6 +59,7 @@ constexpr EutraBand kEutraBands[] = {
     {51, 59090, 59139, 59090, 59139},
     {52, 59140, 60139, 59140, 60139},
     {53, 60140, 60254, 60140, 60254},
+    {54, 60255, 60304, 60255, 60304},
     {65, 65536, 66435, 131072, 131971},
     {66, 66436, 67335, 131972, 132671},
     {67, 67336, 67535},
@@ -74,8 +75,8 @@ constexpr EutraBand kEutraBands[] = {
     {85, 70366, 70545, 134002, 134181},
     {87, 70546, 70595, 134182, 134231},
     {88, 70596, 70645, 134232, 134281},
-    {252, 255144, 256143},
-    {255, 260894, 262143},
+    {103, 70646, 70655, 134282, 134291},
+    {106, 70656, 70705, 134292, 134341},
 };
 
 consteval std::int32_t sysBand(std::string_view name) { return valueOf(names::SYS_BAND, name); }
@@ -86,7 +87,6 @@ constexpr std::int32_t kV = sysBand("SYS_BAND_WCDMA_V_850");
 constexpr std::int32_t kVI = sysBand("SYS_BAND_WCDMA_VI_800");
 constexpr std::int32_t kVII = sysBand("SYS_BAND_WCDMA_VII_2600");
 constexpr std::int32_t kXIX = sysBand("SYS_BAND_WCDMA_XIX_850");
-// Of band XXVI the general numbers only.
 constexpr ChannelBand kUtraBands[] = {
     {1, sysBand("SYS_BAND_WCDMA_I_IMT_2000"), 10562, 10838},
     {2, kII, 9662, 9938},
@@ -122,7 +122,10 @@ constexpr ChannelBand kUtraBands[] = {
     {25, kUnnamed, 5112, 5413},
     {25, kUnnamed, 6292, 6592, 25},
     {26, kUnnamed, 5762, 5913},
+    {26, kUnnamed, 5937, 6087, 25},
+    {26, kUnnamed, 5992, 6067, 25},
     {32, kUnnamed, 6617, 6813},
+    {32, kUnnamed, 6837, 7012, 25},
 };
 
 constexpr ChannelBand kGsmBands[] = {

@@ -25,7 +25,7 @@ struct ChannelBand {
 };
 inline constexpr std::int32_t kUnnamed = -1;
 
-/// E-UTRA: 3GPP TS 36.101 table 5.7.3-1. No number is in two bands.
+/// E-UTRA: 3GPP TS 36.101 table 5.7.3-1, of Release 18. No number is in two bands.
 [[nodiscard]] std::span<const EutraBand> eutraBands();
 /// UTRA FDD: 3GPP TS 25.101 tables 5.1 (general numbers) and 5.1A (additional ones).
 [[nodiscard]] std::span<const ChannelBand> utraBands();

@@ -3,9 +3,9 @@
 #include <charconv>
 #include <span>
 
+#include "basebandd/levels.h"
 #include "basebandd/modem/bands.h"
 #include "basebandd/modem/codings.h"
-#include "basebandd/simulator/arithmetic.h"
 #include "messages/nas/names.h"
 
 namespace quorin::modem {
@@ -13,8 +13,6 @@ namespace quorin::modem {
 namespace {
 
 using Number = std::optional<std::int64_t>;
-using simulator::reportIndex;
-using simulator::rounded;
 
 // What a quantity can be, with room beyond its report range; NaN is in no range.
 struct Range {

@@ -1,5 +1,5 @@
+#include "basebandd/levels.h"
 #include "basebandd/simulator/State.h"
-#include "basebandd/simulator/arithmetic.h"
 #include "basebandd/simulator/reports.h"
 #include "messages/gsm/KCellularGsmCsRfMeasurement.h"
 #include "messages/gsm/KCellularGsmGprsConfig.h"

@@ -1,5 +1,5 @@
+#include "basebandd/levels.h"
 #include "basebandd/simulator/State.h"
-#include "basebandd/simulator/arithmetic.h"
 #include "basebandd/simulator/reports.h"
 #include "messages/lte/KCellularLteCarrierAggregationStatus.h"
 #include "messages/lte/KCellularLteComponentCarrierInfo.h"

@@ -1,7 +1,7 @@
 #include <map>
 
+#include "basebandd/levels.h"
 #include "basebandd/simulator/State.h"
-#include "basebandd/simulator/arithmetic.h"
 #include "basebandd/simulator/reports.h"
 #include "messages/lte/KCellularLteNbrEutraCellMeas.h"
 #include "messages/lte/KCellularLteNbrInterRatCellMeas.h"

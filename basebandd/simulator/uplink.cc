@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "basebandd/levels.h"
 #include "basebandd/simulator/State.h"
 #include "basebandd/simulator/arithmetic.h"
 

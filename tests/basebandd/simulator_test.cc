@@ -4,6 +4,7 @@
 #include <numbers>
 #include <set>
 
+#include "basebandd/levels.h"
 #include "basebandd/simulator/Shadowing.h"
 #include "basebandd/simulator/arithmetic.h"
 #include "basebandd/simulator/link.h"

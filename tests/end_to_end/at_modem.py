@@ -13,12 +13,12 @@ class AtModem:
         self.has_sim = True
         self.imsi, self.iccid = "001010123456789", "98000101214365870951"  # swapped halves
         self.operator = "26201"
-        self.status = 0              # of +CREG: 0 not registered, 1 home, 2 searching, 3 denied, 5 roaming
+        self.status = 0              # of +CREG: 0 none, 1 home, 2 searching, 3 denied, 5 roaming
         self.technology = "LTE"
         self.area, self.cell = 0x7D1, 0x1CEAD8F
         self.levels = {}             # of +CESQ, by column; absent: not known
         self.is_on = False
-        self.dies_at = None          # a command that it breaks off in the middle of its answer
+        self.dies_at = None          # a command within whose answer it hangs up
         self.commands = []
         self.connections = []
         self.listener = socket.socket(socket.AF_UNIX)
@@ -26,12 +26,24 @@ class AtModem:
         self.listener.listen()
         threading.Thread(target=self._accept, daemon=True).start()
 
-    def move(self, technology, area, cell, status=1, operator="26201", **levels):
-        """Another cell: told at once, as an unsolicited result."""
+    def camp(self, technology, area, cell, status=1, operator="26201", **levels):
+        """Another cell, told only to whoever asks."""
         self.technology, self.area, self.cell = technology, area, cell
         self.status, self.operator, self.levels = status, operator, levels
+
+    def move(self, *cell, **levels):
+        """Another cell, told at once as an unsolicited result."""
+        self.camp(*cell, **levels)
         for kind in ("CREG", "CGREG", "CEREG"):
             self._say(f"+{kind}: {self._registration(kind)}")
+
+    def pull_card(self):
+        self.has_sim = False
+        self._say("^SCKS: 0")
+
+    def put_in_card(self, imsi, iccid):
+        self.imsi, self.iccid, self.has_sim = imsi, iccid, True
+        self._say("^SCKS: 1")
 
     def hang_up(self):
         """Closes its connections; whoever connects again is let in."""
@@ -74,10 +86,11 @@ class AtModem:
                     if not command:
                         continue
                     self.commands.append(command)
-                    if self.dies_at and command.startswith(self.dies_at):
-                        connection.sendall(b"\r\n+")
+                    answer = self._answer(command.removeprefix("AT")).encode()
+                    if command == self.dies_at:
+                        connection.sendall(answer[:answer.index(b"\r\nOK") // 2])
                         return self.hang_up()
-                    connection.sendall(self._answer(command.removeprefix("AT")).encode())
+                    connection.sendall(answer)
         except OSError:
             pass
 
@@ -120,6 +133,7 @@ def says(*lines):
 
 ANSWERS = [
     (r"|E0|V1|X4|&C1|Z|H|&D1|&F|\+CMEE=1|\+IFC=.*|\+CSCS=.*|\+CMER=.*|\+CGEREP=.*", says()),
+    (r"\^SCKS=1|\\Q3", says()),  # of modems that tell when a card is pulled
     (r"\+C(REG|GREG|EREG)=\d", says()),
     (r"\+GCAP", says("+GCAP: +CGSM,+FCLASS")),
     (r"I", says("Emulated modem")),
@@ -134,7 +148,8 @@ ANSWERS = [
     (r"\+CFUN\?", lambda modem, match: [f"+CFUN: {1 if modem.is_on else 4}", "OK"]),
     (r"\+CFUN=(\d).*", AtModem._power),
     (r"\+C(REG|GREG|EREG)=\?", lambda modem, match: [f"+C{match[1]}: (0-2)", "OK"]),
-    (r"\+(C\w*REG)\?", lambda modem, match: [f"+{match[1]}: 2,{modem._registration(match[1])}", "OK"]),
+    (r"\+(C\w*REG)\?", lambda modem, match: [
+        f"+{match[1]}: 2,{modem._registration(match[1])}", "OK"]),
     (r"\+COPS=3,\d", says()),
     (r"\+COPS=0", says()),
     (r"\+COPS\?", lambda modem, match: [

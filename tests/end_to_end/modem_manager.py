@@ -56,7 +56,8 @@ class ModemManager:
 
     def change(self, path, interface, **properties):
         self.objects.setdefault(path, {}).setdefault(interface, {}).update(properties)
-        self.bus.signal(path, PROPERTIES, "PropertiesChanged", "sa{sv}as", interface, properties, [])
+        self.bus.signal(path, PROPERTIES, "PropertiesChanged", "sa{sv}as", interface, properties,
+                        [])
 
     def called(self, member):
         return [(path, values) for path, _, name, values in self.bus.calls if name == member]

@@ -1,8 +1,12 @@
-"""modem_readings_test.py BIN RECORDING: the live source with a stand-in of ModemManager: cell lists,
-bearers, several modems, NR, unknown values, restarts, and a day's changes."""
+"""modem_readings_test.py BIN RECORDING [--slow]: the live source with a stand-in of ModemManager:
+cell lists, bearers, several modems, NR, unknown values, restarts, and a day's changes. --slow adds
+what waits for a cell list that does not come any more."""
+import ipaddress
+import json
 import os
 import pathlib
 import re
+import subprocess
 import sys
 import time
 
@@ -13,7 +17,8 @@ from private_bus import PrivateBus, resident_kilobytes, wait_for
 from raw_bus import ERROR, RawBus
 from recorded_pages import RecordedPages
 
-BIN = sys.argv[1]
+BIN, SLOW = sys.argv[1], "--slow" in sys.argv
+UMTS_SCELL_MEAS = 0x3CD102
 IDENTITY = ["num_mnc_digits 2", "sel_plmn_mcc 262", "sel_plmn_mnc 1"]
 NEIGHBOURS = [
     cell(LTE_CELL, earfcn=1300, physical_ci="64", rsrp=-101.0, rsrq=-12.5),
@@ -38,6 +43,20 @@ class Trial(RecordedPages, PrivateBus):
             name: ("a{sv}", {key: ("d", float(level)) for key, level in levels.items()})
             for name, levels in technologies.items()})
 
+    def latest(self, metric_id):
+        """The content of the latest metric of this ID; empty: there was none."""
+        with open(self.recording) as recording:
+            events = [json.loads(line) for line in recording if line.endswith("\n")]
+        payloads = [event["kKeyPayload"] for event in events
+                    if event["kKeyMetricID"] == metric_id]
+        return json.loads(self.run("metricctl", "decode", "--id", str(metric_id),
+                                   input=payloads[-1]).stdout)["dict"] if payloads else {}
+
+    def mmcli(self, *words):
+        return json.loads(subprocess.run(["mmcli", "-J", *words], env=self.environment, text=True,
+                                         timeout=60, stdout=subprocess.PIPE,
+                                         stderr=subprocess.DEVNULL).stdout)
+
 
 def a_cell_list_fills_the_pages():
     with Trial() as trial:
@@ -57,6 +76,7 @@ def a_cell_list_fills_the_pages():
                                            "freq_band_ind 3", "nbr_rsrp -101", "nbr_rsrq -12.5"],
             "LTE UMTS Neighbor Cell Meas": ["uarfcn 10562", "psc 7", "rscp -89", "ecno 17.0"],
             "LTE GSM Neighbor Cell Meas": ["arfcn 62", "bsic 63", "rxlev 31"]})
+        mmcli_shows_the_same_cells(trial, "LTE")
         trial.levels(Lte={"rsrp": -95.4, "rsrq": -10.0, "snr": 12.4, "rssi": -65})
         # Half dB: 12.4 dB are 25 halves.
         trial.shows("LTE levels", {"LTE Serving Cell Meas": [
@@ -78,6 +98,17 @@ def a_cell_list_fills_the_pages():
             "UMTS GSM Neighbor Cell Meas": ["arfcn 62", "bsic 63", "rxlev 31"],
             "UMTS LTE Neighbor Cell Meas": ["earfcn 1300", "phy_cell_id 100", "eutra_band 3",
                                             "rsrp -101", "rsrq -12.5"]})
+        mmcli_shows_the_same_cells(trial, "UMTS")
+        # Of no page: the level stands in the metric.
+        theirs = trial.mmcli("-m", "0", "--signal-get")["modem"]["signal"]["umts"]["rssi"]
+        received = lambda: trial.latest(UMTS_SCELL_MEAS).get("rx_info")
+        check("the metric has the level", wait_for(lambda: received() == [{"rssi": -71}]))
+        check(f"mmcli says {theirs} dBm", theirs == "-71.20")
+        trial.levels(Umts={"rssi": -32768})
+        check("an unknown level is stale", wait_for(
+            lambda: trial.standing("KCellularWcdmaScellMeasurement") == "stale"))
+        trial.levels(Umts={"rssi": -80.6})
+        check("and a new one live", wait_for(lambda: received() == [{"rssi": -81}]))
 
         trial.manager.cells[path] = [
             cell(GSM_CELL, True, operator_id="26201", lac="3E9", ci="2BAF", arfcn=700,
@@ -89,6 +120,67 @@ def a_cell_list_fills_the_pages():
                                       "bsic 10", "num_mnc_digits 2"],
             "GSM Idle Serv Cell Meas": ["scell_arfcn 700", "idle_rxlev_dBm -71"],
             "GSM GSM Neighbor Cell Meas": ["bsic 63", "arfcn 62", "rxlev 31"]})
+        mmcli_shows_the_same_cells(trial, "GSM")
+
+
+number, hexadecimal = int, lambda text: int(text, 16)
+level = lambda text: round(float(text))
+halves = lambda text: f"{round(2 * float(text)) / 2:.1f}"
+# The index of 3GPP TS 25.133 9.1.2, as the page has it: halved.
+ecno_index = lambda text: f"{(int((float(text) + 24) / 0.5) + 1) / 2:.1f}"
+# What mmcli prints of a cell, and the row that a page has of it, by (mmcli's type, serving).
+LTE_ROWS = {"earfcn": [("nbr_earfcn", number)], "physical ci": [("nbr_phys_cell_id", hexadecimal)],
+            "rsrp": [("nbr_rsrp", level)], "rsrq": [("nbr_rsrq", halves)]}
+UMTS_ROWS = {"uarfcn": [("uarfcn", number)], "psc": [("psc", number)], "rscp": [("rscp", level)],
+             "ecio": [("ecno", ecno_index)]}
+GSM_ROWS = {"arfcn": [("arfcn", number)], "base station id": [("bsic", hexadecimal)],
+            "rx level": [("rxlev", number)]}
+OPERATOR_ROWS = [("mcc", lambda plmn: int(plmn[:3])), ("mnc", lambda plmn: int(plmn[3:]))]
+PRINTED = {
+    "LTE": {
+        ("lte", "yes"): ("LTE Serving Cell Info", {
+            "tac": [("tracking_area_code", hexadecimal)], "ci": [("cell_id", hexadecimal)],
+            "physical ci": [("phy_cell_id", hexadecimal)], "earfcn": [("dl_freq", number)],
+            "operator id": [(f"sel_plmn_{key}", part) for key, part in OPERATOR_ROWS]}),
+        ("lte", "no"): ("LTE LTE Neighbor Cell Meas", LTE_ROWS),
+        ("umts", "no"): ("LTE UMTS Neighbor Cell Meas", UMTS_ROWS),
+        ("gsm", "no"): ("LTE GSM Neighbor Cell Meas", GSM_ROWS)},
+    "UMTS": {
+        ("umts", "yes"): ("UMTS Serving Cell Info", {
+            "lac": [("lac", hexadecimal)], "ci": [("cell_id", hexadecimal)],
+            "uarfcn": [("dl_uarfcn", number)], "psc": [("psc", number)],
+            "operator id": OPERATOR_ROWS}),
+        ("umts", "no"): ("UMTS UMTS Neighbor Cell Meas", UMTS_ROWS),
+        ("gsm", "no"): ("UMTS GSM Neighbor Cell Meas", GSM_ROWS),
+        ("lte", "no"): ("UMTS LTE Neighbor Cell Meas", {
+            "earfcn": [("earfcn", number)], "physical ci": [("phy_cell_id", hexadecimal)],
+            "rsrp": [("rsrp", level)], "rsrq": [("rsrq", halves)]})},
+    "GSM": {
+        ("gsm", "yes"): ("GSM Serving Cell Info", {
+            "lac": [("lac", hexadecimal)], "ci": [("cell_id", hexadecimal)],
+            "arfcn": [("arfcn", number)], "base station id": [("bsic", hexadecimal)],
+            "operator id": OPERATOR_ROWS}),
+        ("gsm", "no"): ("GSM GSM Neighbor Cell Meas", GSM_ROWS)},
+}
+
+
+def mmcli_shows_the_same_cells(trial, technology):
+    """Every number that mmcli prints of a cell stands in the page's unit on its page."""
+    pages, compared = trial.pages(), set()
+    for line in trial.mmcli("-m", "0", "--get-cell-info")["modem"]["generic"]["cell-info"]:
+        printed = dict(part.split(": ") for part in line.split(", "))
+        kind = printed.pop("cell type"), printed.pop("serving")
+        if kind not in PRINTED[technology]:
+            continue
+        page, rows = PRINTED[technology][kind]
+        for key, text in printed.items():
+            for name, convert in rows.get(key, []):
+                compared.add((page, name))
+                check(f"mmcli says {key} {text} where {page} shows {pages[page]}",
+                      f"{name} {convert(text)}" in pages[page])
+    missing = {(page, name) for page, rows in PRINTED[technology].values()
+               for values in rows.values() for name, _ in values} - compared
+    check(f"mmcli prints {missing}", not missing)
 
 
 def unknown_values_stay_absent():
@@ -130,9 +222,50 @@ def bearers_come_and_go():
             "pdp_addr <0a40000920010db8000000000000000000000009>",
             "primary_dns_type PDP_TYPE_IPv4", "primary_dns_addr <0a400001>",
             "secondary_dns_type PDP_TYPE_IPv4", "secondary_dns_addr <0a400002>"]})
+        mmcli_shows_the_same_bearer(trial, bearer)
         trial.manager.change(bearer, BEARER, Connected=("b", False), Ip4Config=("a{sv}", {}),
                              Ip6Config=("a{sv}", {}))
         trial.shows("down", {"LTE Active Bearers": []})
+
+
+def a_card_leaves_a_modem_that_stays():
+    def sim(number, imsi):
+        path = f"{ROOT}/SIM/{number}"
+        trial.manager.objects[path] = {SIM: {"Imsi": ("s", imsi), "SimIdentifier": ("s", "")}}
+        trial.manager.change(trial.manager.path(0), MODEM, Sim=("o", path))
+
+    with Trial() as trial:
+        files = "KCellularSimCardFiles"
+        given = lambda: [metric["count"] for metric in trial.status()["metrics"]
+                         if metric["class"] == files]
+        sim(0, "001010123456789")
+        first = {"Device Info SIM Files": ["ef_id 28423", "content <080910101032547698>"]}
+        trial.shows("a card", first)
+        trial.manager.change(trial.manager.path(0), MODEM, Sim=("o", "/"))
+        check("without it its values are stale",
+              wait_for(lambda: trial.standing(files) == "stale"))
+        check("and no others", trial.standing("KCellularEmmContext") == "live")
+        time.sleep(6)  # longer than it takes to ask again
+        check(f"nothing of it is sent anew: {given()}", given() == [1])
+        trial.shows("a page keeps what it was told", first)
+        sim(1, "262019876543210")
+        trial.shows("another card", {
+            "Device Info SIM Files": ["ef_id 28423", "content <082926108967452301>"]})
+        check("is live", trial.standing(files) == "live")
+
+
+def mmcli_shows_the_same_bearer(trial, bearer):
+    theirs = trial.mmcli("-b", bearer)["bearer"]
+    packed = lambda *texts: "<" + "".join(ipaddress.ip_address(text).packed.hex()
+                                          for text in texts) + ">"
+    ipv4, ipv6 = theirs["ipv4-config"], theirs["ipv6-config"]
+    kind = theirs["properties"]["ip-type"].replace("ipv", "IPv")
+    shown = trial.pages()["LTE Active Bearers"]
+    for row in [f"apn {theirs['properties']['apn']}", f"pdp_type PDP_TYPE_{kind}",
+                f"pdp_addr {packed(ipv4['address'], ipv6['address'])}",
+                f"primary_dns_addr {packed(ipv4['dns'][0])}",
+                f"secondary_dns_addr {packed(ipv4['dns'][1])}"]:
+        check(f"mmcli says {row} where the page shows {shown}", row in shown)
 
 
 def a_modem_on_nr_is_said_to_be():
@@ -175,6 +308,22 @@ def a_cell_list_that_is_not_offered_is_asked_for_once():
               trial.standing("KCellularLteNbrEutraCellMeas") == "not offered")
 
 
+def a_cell_list_that_does_not_come_any_more_goes_stale():
+    with Trial() as trial:
+        path = trial.manager.path(0)
+        trial.manager.cells[path] = NEIGHBOURS
+        trial.shows("cells", {"LTE GSM Neighbor Cell Meas": ["arfcn 62", "bsic 63", "rxlev 31"]})
+        trial.manager.refused = "org.freedesktop.ModemManager1.Error.Core.Retry"
+        started = time.monotonic()
+        check("the neighbours go stale", wait_for(
+            lambda: trial.standing("KCellularLteNbrEutraCellMeas") == "stale", 60, 0.5))
+        waited = time.monotonic() - started
+        check(f"not before three polls without a list: {waited:.0f} s", waited > 14)
+        trial.manager.refused = None
+        check("and are asked for all along", wait_for(
+            lambda: trial.standing("KCellularLteNbrEutraCellMeas") == "live"))
+
+
 def fifty_restarts_lose_nothing():
     with Trial() as trial:
         for round_ in range(50):
@@ -191,7 +340,7 @@ def fifty_restarts_lose_nothing():
 
 
 def a_days_changes_leave_the_memory_flat():
-    """A level every two seconds of a day, and every hundred a registration and a bearer that move."""
+    """A level every two seconds of a day; every hundred a registration and a bearer that move."""
     changes = 86_400 // 2
     with Trial() as trial:
         path = trial.manager.path(0)
@@ -204,8 +353,9 @@ def a_days_changes_leave_the_memory_flat():
                     trial.manager.change(path, NETWORK,
                                          RegistrationState=("u", 1 if i % 100 else 3))
                     trial.manager.objects.pop(f"{ROOT}/Bearer/{i - 50}", None)
-                    trial.manager.objects[f"{ROOT}/Bearer/{i}"] = {BEARER: {"Connected": ("b", True)}}
-                    trial.manager.change(path, MODEM, Bearers=("ao", [f"{ROOT}/Bearer/{i}"]))
+                    bearer = f"{ROOT}/Bearer/{i}"
+                    trial.manager.objects[bearer] = {BEARER: {"Connected": ("b", True)}}
+                    trial.manager.change(path, MODEM, Bearers=("ao", [bearer]))
                 if i % 20 == 0:
                     trial.status()  # answered once what was before it is read
 
@@ -232,7 +382,8 @@ def the_policy_opens_what_is_read_and_nothing_else():
         check("levels are asked for", (path, [2]) in trial.manager.called("Setup"))
         with RawBus(trial.address) as client:
             for interface, member, *values in [
-                    (MODEM, "Enable", "b", 0), (MODEM, "Reset"), (MODEM, "CreateBearer", "a{sv}", {}),
+                    (MODEM, "Enable", "b", 0), (MODEM, "Reset"),
+                    (MODEM, "CreateBearer", "a{sv}", {}),
                     (NETWORK, "Scan"), (SIM, "SendPin", "s", "0000"), (BEARER, "Connect"),
                     (MODEM + ".Messaging", "List"), (MODEM + ".Command", "Command")]:
                 kind, body = client.call(member, *values, path=path, interface=interface,
@@ -242,7 +393,9 @@ def the_policy_opens_what_is_read_and_nothing_else():
                 check(f"{member} does not arrive", not trial.manager.called(member))
 
 
-run(the_policy_opens_what_is_read_and_nothing_else, a_cell_list_fills_the_pages, unknown_values_stay_absent, bearers_come_and_go,
+run(the_policy_opens_what_is_read_and_nothing_else, a_cell_list_fills_the_pages,
+    unknown_values_stay_absent, bearers_come_and_go, a_card_leaves_a_modem_that_stays,
     a_modem_on_nr_is_said_to_be, one_of_several_modems_is_followed,
     a_cell_list_that_is_not_offered_is_asked_for_once, fifty_restarts_lose_nothing,
-    a_days_changes_leave_the_memory_flat)
+    a_days_changes_leave_the_memory_flat,
+    *([a_cell_list_that_does_not_come_any_more_goes_stale] if SLOW else []))
