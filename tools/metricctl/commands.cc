@@ -22,6 +22,8 @@ constexpr Command kCommands[] = {
     {"intake", "Feed a recording through the metric store and dump what it holds", intakeCommand},
     {"watch", "Show the service's events, decoded, as they come", watchCommand},
     {"record", "Record the service's events", recordCommand},
+    {"redact", "Take the identities out of a recording", redactCommand},
+    {"check-redacted", "Prove that a recording holds no identities", checkRedactedCommand},
     {"replay", "Hand a recording to the running service", replayCommand},
     {"status", "Show the service's sessions and metrics", statusCommand},
     {"pause", "Hold the service's source", pauseCommand},

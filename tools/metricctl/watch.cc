@@ -3,6 +3,7 @@
 #include "messages/catalogue.h"
 #include "tools/metricctl/json.h"
 #include "tools/metricctl/lines.h"
+#include "tools/metricctl/redaction.h"
 #include "tools/metricctl/service.h"
 
 namespace quorin::metricctl {
@@ -51,26 +52,42 @@ int watch(const Options& options) {
   return ended ? done : fail(reason);
 }
 
-int record(const std::string& path, std::size_t count) {
-  std::ofstream file(path, std::ios::binary);
-  if (!file) return fail(path + ": " + std::strerror(errno));
+struct Recording {
+  std::string path;
+  std::size_t count = 0;  // 0: without end
+  bool redact = false;
+};
+
+int record(const Recording& options) {
+  std::ofstream file(options.path, std::ios::binary);
+  if (!file) return fail(options.path + ": " + std::strerror(errno));
+  std::optional<Redactor> redactor;
+  if (options.redact) redactor.emplace();
   std::size_t seen = 0;
   std::string reason;
   bool full = false;
+  int exitCode = done;
   const bool ended = watchService(
       {},
       [&](const WatchedEvent& event) {
+        RecordingLine line{event.id, hexText(event.payload->bytes()), 0, event.arrival};
+        if (redactor) {
+          const auto redacted = redactor->redacted(line, reason);
+          if (!redacted) {
+            std::cerr << "metricctl: event " << event.sequence << ": " << reason << "; left out\n";
+            exitCode = unreadableInput;
+            return true;
+          }
+          line = redacted->line;
+        }
         // A whole line at a time, so that what is recorded stays readable whatever ends it.
-        file << "{\"kKeyMetricID\":" + std::to_string(event.id) + ",\"kKeyPayload\":\"" +
-                    hexText(event.payload->bytes()) +
-                    "\",\"kKeyProfileID\":0,\"t\":" + std::to_string(event.arrival.count()) + "}\n"
-             << std::flush;
+        file << textOf(line) + '\n' << std::flush;
         full = !file;
-        return !full && (count == 0 || ++seen < count);
+        return !full && (options.count == 0 || ++seen < options.count);
       },
       reason);
-  if (full) return fail(path + ": cannot be written any further");
-  return ended ? done : fail(reason);
+  if (full) return fail(options.path + ": cannot be written any further");
+  return ended ? exitCode : fail(reason);
 }
 
 }  // namespace
@@ -85,11 +102,12 @@ Action watchCommand(CLI::App& arguments) {
 }
 
 Action recordCommand(CLI::App& arguments) {
-  auto path = std::make_shared<std::string>();
-  auto count = std::make_shared<std::size_t>(0);
-  arguments.add_option("FILE", *path, "Where the recording goes")->required();
-  arguments.add_option("--count", *count, "End after so many events");
-  return [path, count] { return record(*path, *count); };
+  auto options = std::make_shared<Recording>();
+  arguments.add_option("FILE", options->path, "Where the recording goes")->required();
+  arguments.add_option("--count", options->count, "End after so many events");
+  arguments.add_flag("--redact", options->redact,
+                     "Without identities; what stays: metricctl redact --help");
+  return [options] { return record(*options); };
 }
 
 }  // namespace quorin::metricctl
