@@ -1,5 +1,5 @@
-"""log_test.py BIN RECORDING: what the service writes of itself holds no identity, in any spelling: not
-on its outputs and not to the system's logger, from any source, whoever its clients are."""
+"""log_test.py BIN RECORDING: what the service writes of itself holds no identity, in any spelling:
+not on its outputs and not to the system's logger, from any source, whoever its clients are."""
 import json
 import pathlib
 import socket
@@ -116,7 +116,8 @@ def a_client_of_every_kind(bus):
                                "kKeyPayload": ("ay", raw)}),
                            ("Perform", "sa{sv}", "kCommandQueryMetric", {
                                "kKeyAppID": ("s", text), "kKeyMetricID": ("s", text)}),
-                           ("Feed", "a{sv}", {"kKeyMetricID": ("x", 7), "kKeyPayload": ("ay", raw)}),
+                           ("Feed", "a{sv}", {"kKeyMetricID": ("x", 7),
+                                              "kKeyPayload": ("ay", raw)}),
                            ("Feed", "a{sv}", {"kKeyMetricID": ("x", 3952132),
                                               "kKeyPayload": ("ay", raw)}),
                            ("Feed", "a{sv}", {"kKeyMetricID": ("s", text), text: ("s", text)}),
