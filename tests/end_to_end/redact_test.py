@@ -1,5 +1,6 @@
 """redact_test.py BIN RECORDING: recordings without identities, made and checked by metricctl."""
 import json
+import os
 import pathlib
 import subprocess
 import sys
@@ -9,6 +10,7 @@ from checks import check, run
 from private_bus import PrivateBus
 
 BIN, RECORDING = sys.argv[1], sys.argv[2]
+os.umask(0o022)
 
 
 def metricctl(*arguments, stdin=""):
@@ -75,6 +77,8 @@ def test_the_service_is_recorded_without_identities():
         bus.run("metricctl", "record", "--count", "400", str(plain))
         check("without --redact they are",
               metricctl("check-redacted", plain).returncode == 1)
+        check("and nobody else may read them", plain.stat().st_mode & 0o077 == 0
+              and file.stat().st_mode & 0o044 == 0o044)
 
 
 def test_a_malformed_event_is_left_out_of_what_is_recorded():

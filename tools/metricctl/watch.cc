@@ -1,3 +1,5 @@
+#include <sys/stat.h>
+
 #include <iostream>
 
 #include "messages/catalogue.h"
@@ -59,6 +61,7 @@ struct Recording {
 };
 
 int record(const Recording& options) {
+  if (!options.redact) umask(S_IRWXG | S_IRWXO);  // identities are nobody else's
   std::ofstream file(options.path, std::ios::binary);
   if (!file) return fail(options.path + ": " + std::strerror(errno));
   std::optional<Redactor> redactor;
