@@ -1,5 +1,7 @@
 #include "tools/metricctl/commands.h"
 
+#include <iostream>
+
 #include "platform/platform.h"
 
 namespace quorin::metricctl {
@@ -50,6 +52,10 @@ int run(int argc, char** argv) {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? done : wrongUse;
+  }
+  if (!std::cout.flush() || std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+    std::cerr << "metricctl: standard output cannot be written any further\n";
+    return wrongUse;
   }
   return exitCode;
 }

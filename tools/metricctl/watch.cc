@@ -1,5 +1,8 @@
 #include <sys/stat.h>
 
+#include <csignal>
+#include <filesystem>
+#include <fstream>
 #include <iostream>
 
 #include "messages/catalogue.h"
@@ -48,7 +51,7 @@ int watch(const Options& options) {
       options.metrics,
       [&](const WatchedEvent& event) {
         print(event, options.json);
-        return options.count == 0 || ++seen < options.count;
+        return std::cout && (options.count == 0 || ++seen < options.count);
       },
       reason);
   return ended ? done : fail(reason);
@@ -66,7 +69,9 @@ int record(const Recording& options) {
   if (!file) return fail(options.path + ": " + std::strerror(errno));
   std::optional<Redactor> redactor;
   if (options.redact) redactor.emplace();
+  (void)std::signal(SIGXFSZ, SIG_IGN);  // a limit on files is told as a full disk is
   std::size_t seen = 0;
+  std::uintmax_t written = 0;
   std::string reason;
   bool full = false;
   int exitCode = done;
@@ -84,12 +89,20 @@ int record(const Recording& options) {
           line = redacted->line;
         }
         // A whole line at a time, so that what is recorded stays readable whatever ends it.
-        file << textOf(line) + '\n' << std::flush;
-        full = !file;
-        return !full && (options.count == 0 || ++seen < options.count);
+        const std::string text = textOf(line) + '\n';
+        full = !(file << text << std::flush);
+        if (full) return false;
+        written += text.size();
+        return options.count == 0 || ++seen < options.count;
       },
       reason);
-  if (full) return fail(options.path + ": cannot be written any further");
+  if (full) {
+    const int error = errno;
+    std::error_code ignored;
+    file.close();
+    std::filesystem::resize_file(options.path, written, ignored);  // a part of a line is none
+    return fail(options.path + ": " + std::strerror(error));
+  }
   return ended ? exitCode : fail(reason);
 }
 
