@@ -250,7 +250,8 @@ bool BusServer::start(std::string& reason) {
   _timer.reset(timer);
   // A source that always has more to give must not keep clients waiting.
   (void)sd_event_source_set_priority(timer, SD_EVENT_PRIORITY_IDLE);
-  const int attached = sd_bus_attach_event(_bus.get(), _loop, SD_EVENT_PRIORITY_NORMAL);
+  const int attached = std::min(sd_bus_attach_event(_bus.get(), _loop, SD_EVENT_PRIORITY_NORMAL),
+                                sd_bus_set_exit_on_disconnect(_bus.get(), 1));
   const int added =
       sd_bus_add_object_vtable(_bus.get(), nullptr, bus::kPath, bus::kInterface, kInterface, this);
   const int watched = sd_event_add_post(_loop, nullptr, afterEach, this);

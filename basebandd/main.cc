@@ -39,7 +39,8 @@ int serve(const SourceOptions& options) {
   BusServer server(loop.get(), std::move(source));
   if (!server.start(reason)) return fail(failed, reason);
   const int result = sd_event_loop(loop.get());
-  return result < 0 ? fail(failed, std::strerror(-result)) : done;
+  if (result < 0) return fail(failed, std::strerror(-result));
+  return result == 0 ? done : fail(failed, "the bus is gone");
 }
 
 }  // namespace

@@ -61,13 +61,13 @@ def write(out, signature, *values):
 
 
 def call(serial, member, signature="", *values, **fields):
-    """One method call to the service, as bytes; `fields` replace header fields."""
+    """One method call to the service, as bytes; `fields` replace header fields, None leaves one out."""
     body = bytearray()
     write(body, signature, *values)
     header = bytearray(struct.pack("<cBBBII", b"l", 1, 0, 1, len(body), serial))
     present = {**SERVICE, "member": member, **({"signature": signature} if signature else {}), **fields}
     write(header, "a(yv)", [(FIELDS[name][0], (FIELDS[name][1], value))
-                            for name, value in present.items()])
+                            for name, value in present.items() if value is not None])
     pad(header, 8)
     return bytes(header + body)
 

@@ -98,7 +98,7 @@ def the_files_speak_of_one_another():
     parser.read(ENTRY)
     entry = parser["Desktop Entry"]
     metainfo = xml.parse(METAINFO).getroot()
-    program = entry["Exec"]
+    program, *arguments = entry["Exec"].split()
     for what, one, other in (
             ("the icon", entry["Icon"], ICON.stem),
             ("the symbolic icon", entry["Icon"] + "-symbolic", SYMBOLIC.stem),
@@ -107,6 +107,8 @@ def the_files_speak_of_one_another():
             ("the name", metainfo.findtext("name"), entry["Name"]),
             ("the summary", metainfo.findtext("summary"), entry["Comment"]),
             ("the program", metainfo.findtext("provides/binary"), program),
+            # Its log lines hold identities, and a desktop keeps what its programs print.
+            ("what it prints", arguments, ["--quiet"]),
             ("the newest release", metainfo.find("releases/release").get("version"), VERSION)):
         check(f"{what}: {one} is not {other}", one == other)
 

@@ -14,13 +14,6 @@ namespace {
 
 using metricctl::Json;
 
-std::string inFolder(const std::string& name) {
-  const auto folder = std::filesystem::path(::testing::TempDir()) /
-                      ::testing::UnitTest::GetInstance()->current_test_info()->name();
-  std::filesystem::create_directories(folder);
-  return folder / name;
-}
-
 std::string eventText(const Json& line, std::vector<std::int64_t>& times) {
   const CatalogueRow* row = catalogueRow(line["kKeyMetricID"].get<std::int64_t>());
   const auto message = row->table->make();
@@ -35,6 +28,13 @@ std::string eventText(const Json& line, std::vector<std::int64_t>& times) {
 }
 
 }  // namespace
+
+std::string inFolder(const std::string& name) {
+  const auto folder = std::filesystem::path(::testing::TempDir()) /
+                      ::testing::UnitTest::GetInstance()->current_test_info()->name();
+  std::filesystem::create_directories(folder);
+  return folder / name;
+}
 
 Import importFile(const std::string& name, const std::string& recording) {
   std::vector<std::string> words = {"metricctl", "import", inFolder(name), "-o",

@@ -12,6 +12,8 @@ struct Import {
   std::string complaints;  // standard error
 };
 
+/// A path in the running test's own folder.
+[[nodiscard]] std::string inFolder(const std::string& name);
 /// Imports a file of the running test's own folder.
 [[nodiscard]] Import importFile(const std::string& name,
                                 const std::string& recording = "recording");

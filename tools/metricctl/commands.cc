@@ -1,5 +1,7 @@
 #include "tools/metricctl/commands.h"
 
+#include <iostream>
+
 #include "platform/platform.h"
 
 namespace quorin::metricctl {
@@ -22,6 +24,8 @@ constexpr Command kCommands[] = {
     {"intake", "Feed a recording through the metric store and dump what it holds", intakeCommand},
     {"watch", "Show the service's events, decoded, as they come", watchCommand},
     {"record", "Record the service's events", recordCommand},
+    {"redact", "Take the identities out of a recording", redactCommand},
+    {"check-redacted", "Prove that a recording holds no identities", checkRedactedCommand},
     {"replay", "Hand a recording to the running service", replayCommand},
     {"status", "Show the service's sessions and metrics", statusCommand},
     {"pause", "Hold the service's source", pauseCommand},
@@ -48,6 +52,10 @@ int run(int argc, char** argv) {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? done : wrongUse;
+  }
+  if (!std::cout.flush() || std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+    std::cerr << "metricctl: standard output cannot be written any further\n";
+    return wrongUse;
   }
   return exitCode;
 }

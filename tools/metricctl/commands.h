@@ -19,6 +19,8 @@ using Action = std::function<int()>;
 [[nodiscard]] Action intakeCommand(CLI::App& arguments);
 [[nodiscard]] Action watchCommand(CLI::App& arguments);
 [[nodiscard]] Action recordCommand(CLI::App& arguments);
+[[nodiscard]] Action redactCommand(CLI::App& arguments);
+[[nodiscard]] Action checkRedactedCommand(CLI::App& arguments);
 [[nodiscard]] Action replayCommand(CLI::App& arguments);
 [[nodiscard]] Action statusCommand(CLI::App& arguments);
 [[nodiscard]] Action pauseCommand(CLI::App& arguments);

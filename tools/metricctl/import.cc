@@ -6,6 +6,7 @@
 
 #include "platform/recording/recording.h"
 #include "tools/metricctl/import_logs.h"
+#include "tools/metricctl/recording_line.h"
 
 namespace quorin::metricctl {
 
@@ -53,9 +54,7 @@ const LogFormat* formatOf(std::istream& stream) {
 std::string recordingLine(const ImportedMetric& metric, Milliseconds time) {
   PBDataWriter writer;
   metric.message->writeTo(writer);
-  return "{\"kKeyMetricID\":" + std::to_string(metric.id) + ",\"kKeyPayload\":\"" +
-         hexText(writer.bytes()) + "\",\"kKeyProfileID\":0,\"t\":" + std::to_string(time.count()) +
-         "}\n";
+  return textOf({.id = metric.id, .payload = hexText(writer.bytes()), .arrival = time}) + '\n';
 }
 
 int importLog(const std::string& path, const std::string& outPath) {

@@ -7,6 +7,7 @@
 
 #include "messages/catalogue.h"
 #include "tools/metricctl/commands.h"
+#include "tools/metricctl/identities.h"
 #include "viewer/annotations.h"
 #include "viewer/page_tree.h"
 
@@ -144,6 +145,31 @@ void printAnnotations(std::ostream& out) {
   for (const Reading* reading : readings) printReading(out, *reading);
 }
 
+void printIdentities(std::ostream& out) {
+  out << "# Identities\n\nPrinted by `metricctl schema --format identities`: what `metricctl "
+         "redact` "
+         "and `record --redact` replace, of\nall "
+      << catalogue().size()
+      << " message classes. Numbers count from 1 as different values come.\n\n"
+         "| Class | Key | In its place |\n|---|---|---|\n";
+  for (const CatalogueRow& row : catalogue())
+    for (const Field& field : row.table->fields)
+      if (const IdentityRow* identity = identityRow(row.table->name, field.key))
+        out << "| " << row.table->name << " | " << field.key << " | " << identity->coding->standIn
+            << " |\n";
+  out << "\n# Places\n\nThese stay: a recording is of little use without them. They tell where the "
+         "phone was, as do channels\nand physical cell identities with their levels.\n\n"
+         "| Class | Key | What it tells |\n|---|---|---|\n";
+  for (const CatalogueRow& row : catalogue())
+    for (const Field& field : row.table->fields)
+      for (const PlaceRow& place : placeRows())
+        if (place.key == field.key)
+          out << "| " << row.table->name << " | " << field.key << " | " << place.what << " |\n";
+  out << "\n# Everything else\n\nLevels, channels, codes, settings, states, causes, counts, timers "
+         "and times of all classes stay. No\nclass has a field of its own for an IMEI, a telephone "
+         "number or a position.\n";
+}
+
 // Enumerations stand in messages of their own, since several share a name such as FDD; and these
 // are called otherwise than any name in them, which C++ would not have.
 void printProto(std::ostream& out) {
@@ -182,17 +208,23 @@ struct Format {
 };
 
 constexpr Format kFormats[] = {
-    {"page", printPage}, {"proto", printProto}, {"annotations", printAnnotations}};
+    {"page", printPage},
+    {"proto", printProto},
+    {"annotations", printAnnotations},
+    {"identities", printIdentities},
+};
 
 }  // namespace
 
 Action schemaCommand(CLI::App& arguments) {
   auto format = std::make_shared<std::string>("page");
   arguments
-      .add_option("--format", *format,
-                  "page: a reference in Markdown; proto: a .proto file; annotations: what stands "
-                  "beside the rows of the pages, in Markdown")
-      ->check(CLI::IsMember({"page", "proto", "annotations"}))
+      .add_option(
+          "--format", *format,
+          "page: a reference in Markdown; proto: a .proto file; annotations: what stands "
+          "beside the rows of the pages, in Markdown; identities: what redacting replaces, in "
+          "Markdown")
+      ->check(CLI::IsMember({"page", "proto", "annotations", "identities"}))
       ->capture_default_str();
   return [format]() -> int {
     std::ranges::find(kFormats, std::string_view(*format), &Format::name)->print(std::cout);

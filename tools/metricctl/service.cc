@@ -50,12 +50,12 @@ XpcRef configureInput(const std::string& text) {
   return input;
 }
 
-WatchedEvent watched(std::uint64_t sequence, const XpcRef& event) {
+WatchedEvent watched(std::uint64_t sequence, const XpcRef& event, Milliseconds arrival) {
   const xpc_object_t id = xpc_dictionary_get_value(event.get(), osmin::kKeyMetricID);
   const xpc_object_t payload = xpc_dictionary_get_value(event.get(), osmin::kKeyPayload);
   const bool bytes = payload && xpc_get_type(payload) == xpc_type_t::data;
   return {sequence, id && xpc_get_type(id) == xpc_type_t::int64 ? xpc_int64_get_value(id) : 0,
-          make<Data>(bytes ? xpc_data_get_bytes(payload) : Bytes{}), currentClock().sinceEpoch()};
+          make<Data>(bytes ? xpc_data_get_bytes(payload) : Bytes{}), arrival};
 }
 
 }  // namespace
@@ -74,19 +74,28 @@ bool watchService(const std::vector<std::string>& metrics,
   sigprocmask(SIG_BLOCK, &signals, nullptr);
   for (int signal : {SIGTERM, SIGINT})
     (void)sd_event_add_signal(loop.get(), nullptr, signal, nullptr, nullptr);
+  // The date when this began: a clock that is set later must not tear events apart.
+  const Milliseconds start = currentClock().sinceEpoch() - currentClock().uptime();
   bus::Session session(loop.get(),
                        [&](std::uint64_t sequence, const std::string& kind, const XpcRef& event) {
-                         if (kind == osmin::kEventMetric && !take(watched(sequence, event)))
+                         if (kind == osmin::kEventMetric &&
+                             !take(watched(sequence, event, start + currentClock().uptime())))
                            (void)sd_event_exit(loop.get(), 0);
                        });
   if (!session.connect(reason)) return false;
+  const bus::Connection guard = bus::openBus(reason);
+  if (!guard || sd_bus_attach_event(guard.get(), loop.get(), SD_EVENT_PRIORITY_NORMAL) < 0 ||
+      sd_bus_set_exit_on_disconnect(guard.get(), 1) < 0)
+    return false;
   session.perform(osmin::kCommandAddConfiguration, configureInput(configuration),
                   [&](const osmin::CommandResult& result) {
                     if (result.status == 0) return session.eventsOn();
                     reason = result.message;
                     (void)sd_event_exit(loop.get(), 1);
                   });
-  return sd_event_loop(loop.get()) == 0;
+  if (sd_event_loop(loop.get()) == 0) return true;
+  if (reason.empty()) reason = "the bus is gone";
+  return false;
 }
 
 bus::Message callService(sd_bus* bus, const char* method, const Arguments& arguments,
@@ -99,7 +108,8 @@ bus::Message callService(sd_bus* bus, const char* method, const Arguments& argum
   sd_bus_error error{};
   sd_bus_message* reply = nullptr;
   if (result >= 0) result = sd_bus_call(bus, call, bus::kCommandMicroseconds, &error, &reply);
-  if (result < 0) reason = error.message ? error.message : std::strerror(-result);
+  if (result < 0)
+    reason = error.message ? error.message : std::string("the bus: ") + std::strerror(-result);
   sd_bus_error_free(&error);
   return bus::Message(reply);
 }

@@ -14,7 +14,7 @@ struct WatchedEvent {
   std::uint64_t sequence;
   std::int64_t id;
   Ref<Data> payload;
-  Milliseconds arrival;  // since 1970
+  Milliseconds arrival;  // since 1970, by the clock as it was at the first
 };
 
 /// Asks the service for these metrics (all when there are none) and gives each event to `take`

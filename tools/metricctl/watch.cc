@@ -1,8 +1,14 @@
+#include <sys/stat.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
 #include <iostream>
 
 #include "messages/catalogue.h"
 #include "tools/metricctl/json.h"
 #include "tools/metricctl/lines.h"
+#include "tools/metricctl/redaction.h"
 #include "tools/metricctl/service.h"
 
 namespace quorin::metricctl {
@@ -45,32 +51,59 @@ int watch(const Options& options) {
       options.metrics,
       [&](const WatchedEvent& event) {
         print(event, options.json);
-        return options.count == 0 || ++seen < options.count;
+        return std::cout && (options.count == 0 || ++seen < options.count);
       },
       reason);
   return ended ? done : fail(reason);
 }
 
-int record(const std::string& path, std::size_t count) {
-  std::ofstream file(path, std::ios::binary);
-  if (!file) return fail(path + ": " + std::strerror(errno));
+struct Recording {
+  std::string path;
+  std::size_t count = 0;  // 0: without end
+  bool redact = false;
+};
+
+int record(const Recording& options) {
+  if (!options.redact) umask(S_IRWXG | S_IRWXO);  // identities are nobody else's
+  std::ofstream file(options.path, std::ios::binary);
+  if (!file) return fail(options.path + ": " + std::strerror(errno));
+  std::optional<Redactor> redactor;
+  if (options.redact) redactor.emplace();
+  (void)std::signal(SIGXFSZ, SIG_IGN);  // a limit on files is told as a full disk is
   std::size_t seen = 0;
+  std::uintmax_t written = 0;
   std::string reason;
   bool full = false;
+  int exitCode = done;
   const bool ended = watchService(
       {},
       [&](const WatchedEvent& event) {
+        RecordingLine line{event.id, hexText(event.payload->bytes()), 0, event.arrival};
+        if (redactor) {
+          const auto redacted = redactor->redacted(line, reason);
+          if (!redacted) {
+            std::cerr << "metricctl: event " << event.sequence << ": " << reason << "; left out\n";
+            exitCode = unreadableInput;
+            return true;
+          }
+          line = redacted->line;
+        }
         // A whole line at a time, so that what is recorded stays readable whatever ends it.
-        file << "{\"kKeyMetricID\":" + std::to_string(event.id) + ",\"kKeyPayload\":\"" +
-                    hexText(event.payload->bytes()) +
-                    "\",\"kKeyProfileID\":0,\"t\":" + std::to_string(event.arrival.count()) + "}\n"
-             << std::flush;
-        full = !file;
-        return !full && (count == 0 || ++seen < count);
+        const std::string text = textOf(line) + '\n';
+        full = !(file << text << std::flush);
+        if (full) return false;
+        written += text.size();
+        return options.count == 0 || ++seen < options.count;
       },
       reason);
-  if (full) return fail(path + ": cannot be written any further");
-  return ended ? done : fail(reason);
+  if (full) {
+    const int error = errno;
+    std::error_code ignored;
+    file.close();
+    std::filesystem::resize_file(options.path, written, ignored);  // a part of a line is none
+    return fail(options.path + ": " + std::strerror(error));
+  }
+  return ended ? exitCode : fail(reason);
 }
 
 }  // namespace
@@ -85,11 +118,12 @@ Action watchCommand(CLI::App& arguments) {
 }
 
 Action recordCommand(CLI::App& arguments) {
-  auto path = std::make_shared<std::string>();
-  auto count = std::make_shared<std::size_t>(0);
-  arguments.add_option("FILE", *path, "Where the recording goes")->required();
-  arguments.add_option("--count", *count, "End after so many events");
-  return [path, count] { return record(*path, *count); };
+  auto options = std::make_shared<Recording>();
+  arguments.add_option("FILE", options->path, "Where the recording goes")->required();
+  arguments.add_option("--count", options->count, "End after so many events");
+  arguments.add_flag("--redact", options->redact,
+                     "Without identities; what stays: metricctl redact --help");
+  return [options] { return record(*options); };
 }
 
 }  // namespace quorin::metricctl
