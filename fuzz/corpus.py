@@ -1,0 +1,43 @@
+#!/usr/bin/env python3
+"""corpus.py unpack TARGET FOLDER, corpus.py pack TARGET FOLDER: between a target's corpus as it is kept, one
+file with an input a line in hexadecimal, and as libFuzzer has it, a folder with a file an input. Packing keeps
+the lines that begin with "#", and each input that stands below one."""
+import hashlib
+import pathlib
+import sys
+
+HERE = pathlib.Path(__file__).resolve().parent / "corpus"
+
+
+def kept(target):
+    """The lines that were written by hand: comments, and the input below each."""
+    path, lines, held = HERE / f"{target}.txt", [], False
+    for line in path.read_text().splitlines() if path.exists() else []:
+        if line.startswith("#") or held:
+            lines.append(line)
+        held = line.startswith("#")
+    return lines
+
+
+def inputs(target):
+    path = HERE / f"{target}.txt"
+    lines = path.read_text().splitlines() if path.exists() else []
+    return [bytes.fromhex(line) for line in lines if line and not line.startswith("#")]
+
+
+def unpack(target, folder):
+    for data in inputs(target):
+        (pathlib.Path(folder) / hashlib.sha1(data).hexdigest()).write_bytes(data)
+
+
+def pack(target, folder):
+    lines = kept(target)
+    found = {path.read_bytes().hex() for path in pathlib.Path(folder).iterdir()} - set(lines) - {""}
+    # By length: the first that fails is the easiest to read.
+    ordered = sorted(found, key=lambda line: (len(line), line))
+    HERE.mkdir(exist_ok=True)
+    (HERE / f"{target}.txt").write_text("".join(f"{line}\n" for line in lines + ordered))
+
+
+if __name__ == "__main__":
+    {"unpack": unpack, "pack": pack}[sys.argv[1]](*sys.argv[2:])
