@@ -1,3 +1,5 @@
+#include <google/protobuf/wire_format_lite.h>
+
 #include "fuzz/support/promise.h"
 #include "fuzz/support/wire_rules.h"
 #include "messages/catalogue.h"
@@ -6,6 +8,7 @@
 namespace {
 
 using namespace quorin;
+using google::protobuf::internal::WireFormatLite;
 using test::Peer;
 
 std::string written(const AnyMessage& message) {
@@ -29,6 +32,12 @@ struct Comparison {
     const bool ok = ours->initWithData(
         make<Data>(Bytes(reinterpret_cast<const std::uint8_t*>(payload.data()), payload.size())));
     const Dictionary fields = ours->dictionaryRepresentation();
+
+    // Text that is no UTF-8 stays as it is, and is shown as UTF-8.
+    const std::string shown = printed(fields);
+    promise(WireFormatLite::VerifyUtf8String(shown.data(), static_cast<int>(shown.size()),
+                                             WireFormatLite::PARSE, nullptr),
+            "what is shown is UTF-8", fields, fields);
 
     // By our rules, whether it succeeds or not, the standard reads the same from plain bytes.
     const auto byRules = peer.make(row.table->name);
@@ -61,6 +70,7 @@ struct Comparison {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
   static const LogSink before = setSystemLogSink([](std::string_view) {});
   static const Peer peer;
+  google::protobuf::SetLogHandler(nullptr);  // it complains of text that is no UTF-8
   if (size == 0) return 0;
   const CatalogueRow& row = catalogue()[bytes[0] % catalogue().size()];
   Comparison{peer, row, std::string(bytes + 1, bytes + size)}.run();

@@ -140,6 +140,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     const bus::Message message = carrier.message(
         ownSignature.empty() ? kSignatures[part % std::size(kSignatures)] : ownSignature, body);
     if (!message) return 0;
+    if (ownSignature.empty() && (part & 0x78) == 0x78) queue.start();  // another modem
     const Groups refreshed = take(readings, part, message.get());
     queue.refresh(readings, refreshed);
     while (!queue.isEmpty())
@@ -148,6 +149,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
         promise(metric->initWithData(payload), "every metric decodes");
         checkBounds(metric->dictionaryRepresentation());
       });
+    for (const Report& report : reports()) {
+      const bool isGiven = report.make(readings, std::nullopt) != nullptr;
+      const bool isLive = queue.standing(report.metricID).state == Standing::live;
+      const bool isRefreshed = ((report.groups | report.measured) & refreshed) != 0;
+      promise(isLive || !isGiven || !isRefreshed, "what the readings give is live");
+    }
   }
   return 0;
 }

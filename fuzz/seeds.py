@@ -52,6 +52,11 @@ def messages():
         yield bytes([CLASSES.index(name)]) + payload
 
 
+def merges():
+    for seed in messages():
+        yield seed[:1] + chunk(seed[1:]) + seed[1:]
+
+
 def event(metric, payload):
     """As eventFrom reads it."""
     return bytes([0, INDEX_OF[metric]]) + chunk(payload)
@@ -114,7 +119,7 @@ def body(signature, *values):
 
 # The rows of kMembers in service_fuzz.cc.
 PERFORM, FEED, EVENTS_ON, EVENTS_OFF, STATUS, PAUSE, RESUME, STEP = 0, 3, 5, 6, 7, 8, 9, 10
-LEAVE, CONNECTION = b"\x0e", b"\x0f"
+SOURCE, LEAVE, CONNECTION = b"\x0e", b"\x1e", b"\x0f"
 
 
 def service():
@@ -130,8 +135,8 @@ def service():
     feed = call(FEED, "a{sv}", {"kKeyMetricID": ("x", 0x3C4E04), "kKeyPayload": ("ay", b"\x08\x01\x10\x03")})
     on, off = call(EVENTS_ON), call(EVENTS_OFF)
     yield from (configure, query, feed, on, off, call(STATUS), call(PAUSE), call(RESUME), call(STEP, "u", 3),
-                perform("kCommandClearConfiguration"), perform("kCommandNonsense"), LEAVE)
-    yield configure + on + feed + query + CONNECTION + b"\2" + off
+                perform("kCommandClearConfiguration"), perform("kCommandNonsense"), LEAVE, SOURCE)
+    yield configure + on + SOURCE * 9 + feed + query + CONNECTION + b"\2" + off
     yield on + configure + feed + feed + CONNECTION + b"\0" + feed + LEAVE
     yield on + CONNECTION + b"\1" + chunk(b"nonsense") + configure + feed
     yield call(PAUSE) + call(STEP, "u", 100) + configure + on + call(RESUME)
@@ -184,7 +189,7 @@ def screen():
     yield b"\1\7\1\2\3\4\1\1\7\1\2\3\5\1\1\5\1\2"
 
 
-SEEDS = {"messages": messages, "differential": messages, "intake": intake, "pages": pages, "screen": screen,
+SEEDS = {"messages": messages, "differential": messages, "merges": merges, "intake": intake, "pages": pages, "screen": screen,
          "recording": recording, "import": import_, "configuration": configuration, "service": service,
          "event_stream": event_stream, "modem": modem}
 

@@ -28,21 +28,29 @@ MovedClock& movedClock() {
   return clock;
 }
 
-/// A metric a second.
-class EverySecond final : public MetricSource {
+/// Gives metrics when it is told to, all of them due at once.
+class ToldSource final : public MetricSource {
  public:
+  void give(std::size_t count) {
+    _left += count;
+    if (_wake) _wake();
+  }
   [[nodiscard]] std::optional<Milliseconds> next() const override {
-    return std::chrono::seconds(_given + 1);
+    if (_left == 0) return std::nullopt;
+    return Milliseconds(0);
   }
   void give(const Sink& sink) override {
+    --_left;
     const std::uint8_t payload[] = {8, static_cast<std::uint8_t>(_given & 0x7f)};
-    sink(kMetricIDs[static_cast<std::size_t>(_given++) % std::size(kMetricIDs)].id,
-         make<Data>(Bytes(payload)));
+    sink(kMetricIDs[_given++ % std::size(kMetricIDs)].id, make<Data>(Bytes(payload)));
   }
-  [[nodiscard]] std::string description() const override { return "a metric a second"; }
+  void setWake(std::function<void()> wake) override { _wake = std::move(wake); }
+  [[nodiscard]] std::string description() const override { return "what it is told to give"; }
 
  private:
-  std::int64_t _given = 0;
+  std::size_t _left = 0;
+  std::size_t _given = 0;
+  std::function<void()> _wake;
 };
 
 /// What a client may ask, and the signature that it says that its body has.
@@ -96,11 +104,14 @@ class Session {
  public:
   explicit Session(fuzz::StandInBus& bus) : _bus(bus) {
     bus.startAnew();
-    movedClock().now = Milliseconds(0);
+    // It stands where the loop's own clock is, so that no timer fires but for what is due by then.
+    movedClock().now = systemClock().uptime();
     sd_event* loop = nullptr;
     promise(sd_event_new(&loop) >= 0, "there is a loop");
     _loop.reset(loop);
-    _server.emplace(loop, std::make_unique<EverySecond>());
+    auto source = std::make_unique<ToldSource>();
+    _source = source.get();
+    _server.emplace(loop, std::move(source));
     std::string reason;
     promise(_server->start(reason), "the service starts", reason);
   }
@@ -122,9 +133,9 @@ class Session {
     return _bus.answer(serial);
   }
 
-  /// Lets the service do what there is to do. Its clock stands, so that its timer is always due.
+  /// Lets the service do what there is to do.
   void turn() {
-    constexpr int kMostTurns = 12;
+    constexpr int kMostTurns = 100;
     for (int i = 0; i < kMostTurns; ++i)
       if (sd_event_run(_loop.get(), 0) <= 0) return;
   }
@@ -144,11 +155,12 @@ class Session {
     const std::uint8_t what = input.byte();
     const std::size_t client = (what >> 4) % std::size(kNames);
     switch (what & 15) {
-      case 14: {
-        _bus.leave(kNames[client]);
-        turn();
-        return;
-      }
+      case 14:
+        if (client == 0)
+          _source->give(1 + (what >> 6));
+        else
+          _bus.leave(kNames[client]);
+        return turn();
       case 15: return onConnection(client, input);
       default: break;
     }
@@ -197,6 +209,7 @@ class Session {
 
   fuzz::StandInBus& _bus;
   bus::EventLoop _loop;
+  ToldSource* _source = nullptr;
   std::optional<BusServer> _server;
   std::map<std::size_t, std::unique_ptr<Subscriber>> _subscribers;
   bool _isOver = false;

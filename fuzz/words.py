@@ -66,7 +66,7 @@ def signatures():
 
 
 WORDS = {
-    "messages": [field_keys], "differential": [field_keys], "intake": [field_keys, metric_ids],
+    "messages": [field_keys], "differential": [field_keys], "merges": [field_keys], "intake": [field_keys, metric_ids],
     "pages": [field_keys], "screen": [],
     "recording": [recording_words, keys_of_events, numbers], "import": [log_words, numbers],
     "configuration": [constants, toml], "service": [commands, keys_of_events, constants, metric_ids, signatures],
