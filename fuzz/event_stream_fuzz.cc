@@ -69,7 +69,7 @@ class Client {
             "every event has its record");
     (void)printed(record->dictionary());
     record->release();
-    if (sequence > _last + 1) _missed += sequence - _last - 1;
+    if (sequence > _last) _missed += sequence - _last - 1;  // numbers that begin anew miss nothing
     _last = sequence;
     ++_taken;
   }
