@@ -152,6 +152,8 @@ def event_stream():
     every = {"x": ("x", -1), "b": ("b", 1), "d": ("d", 0.5), "g": ("g", ""), "s": ("s", "ä"), "ay": ("ay", b"\0"),
              "as": ("as", ["a"]), "v": ("v", ("x", 1))}
     yield b"\0" + body("tsa{sv}", 1, "kEventTrigger", every) + b"\1" + body("tsa{sv}", 5, "", {})
+    for keys in (64, 65):
+        yield b"\0" + body("tsa{sv}", 1, "", {f"k{i}": ("b", 1) for i in range(keys)})
     yield b"\0" + body("tsa{sv}", (1 << 64) - 1, "", {}) + b"\1" + body("tsa{sv}", 5, "", {})
 
 
