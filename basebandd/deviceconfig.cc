@@ -68,7 +68,7 @@ std::optional<DeviceConfig> readDeviceConfig(Bytes text, std::string& reason) {
       ascii, [](char c) { return (c & 0x80) != 0; }, '?');
   const toml::parse_result parsed = toml::parse(std::string_view(ascii));
   if (!parsed) {
-    reason = atLine(parsed.error().source(), std::string(parsed.error().description()));
+    reason = atLine(parsed.error().source(), oneLine(std::string(parsed.error().description())));
     return std::nullopt;
   }
   DeviceConfig config;

@@ -35,7 +35,7 @@ int EventStream::onEvent(sd_bus_message* message, void* stream, sd_bus_error* /*
   std::string reason;
   const XpcRef event = readDictionary(message, reason);
   if (!event) return 1;
-  if (sequence > self._lastSequence + 1) self._missed += sequence - self._lastSequence - 1;
+  if (sequence > self._lastSequence) self._missed += sequence - self._lastSequence - 1;
   self._lastSequence = sequence;
   self._sink(sequence, kind, event);
   return 1;

@@ -87,7 +87,8 @@ XpcRef readDictionary(sd_bus_message* m, std::string& reason) {
   const auto refuse = [&](std::string why) { return reason = std::move(why), XpcRef(); };
   if (sd_bus_message_enter_container(m, 'a', "{sv}") <= 0) return refuse("there is no dictionary");
   XpcRef dictionary(xpc_dictionary_create(nullptr, nullptr, 0));
-  for (std::size_t keys = 1; sd_bus_message_enter_container(m, 'e', "sv") > 0; ++keys) {
+  int entered = 0;
+  for (std::size_t keys = 1; (entered = sd_bus_message_enter_container(m, 'e', "sv")) > 0; ++keys) {
     if (keys > kMostKeys) return refuse("more than 64 keys");
     const std::string_view read = readText(m);
     if (read.size() > kMostBytesEach) return refuse("a key of more than 1 MiB");
@@ -103,7 +104,7 @@ XpcRef readDictionary(sd_bus_message* m, std::string& reason) {
       return refuse("broken");
     if (value) xpc_dictionary_set_value(dictionary.get(), key.c_str(), value.get());
   }
-  (void)sd_bus_message_exit_container(m);
+  if (entered < 0 || sd_bus_message_exit_container(m) < 0) return refuse("broken");
   return dictionary;
 }
 

@@ -223,6 +223,7 @@ TEST(Service, RepeatsOnlyTheBeginningOfALongCommand) {
   EXPECT_EQ(answered(std::string(63, 'x') + "\u20ac\u20ac"),
             "there is no command " + std::string(63, 'x') + "...")
       << "whole characters";
+  EXPECT_EQ(answered("a\nb\x1b[1m"), "there is no command a?b?[1m") << "one line";
 }
 
 TEST(Service, TellsHowItsMetricsStand) {

@@ -55,6 +55,7 @@ constexpr Refused kRefused[] = {
     {"[other]\n", "line 1: other is unknown; only [metrics] is read"},
     {"[metrics]\nK_0123456789_0123456789_0123456789_0123456789_0123456789_0123456789_ = 1\n",
      "line 2: K_0123456789_0123456789_0123456789_0123456789_0123456789_0123456... is no metric"},
+    {"[metrics]\n\"K\\n\\u0000\" = 1\n", "line 2: K?? is no metric"},
     {"metrics = 1\n", "line 1: metrics is unknown; only [metrics] is read"},
 };
 
@@ -96,6 +97,8 @@ TEST(DeviceConfig, ThatIsNoTomlIsRefusedWithItsLine) {
   EXPECT_FALSE(readText("[metrics]\nK_LTE_TX_POWER = = 5\n", reason));
   EXPECT_TRUE(reason.starts_with("line 2: ")) << reason;
   EXPECT_FALSE(readText("[metrics]\nK_LTE_TX_POWER = 1000 \u00e9\n", reason));
+  EXPECT_FALSE(readText("t=t\n", reason));
+  EXPECT_EQ(reason.find('\n'), std::string::npos) << reason;
   for (const char* text : {"[[[", "[[.", "[", "a", "a.", ".a", "=", "a = {", "a = [", "'"})
     EXPECT_FALSE(readText(text, reason)) << text;
   EXPECT_FALSE(readText(std::string_view("\xff\xfe\x00", 3), reason));

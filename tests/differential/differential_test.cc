@@ -67,6 +67,16 @@ const Difference kDifferences[] = {
      "[Thresh_serving_lowQ: 5]"},
     {"the wire type of a singular field is not looked at", "KCellularLteRrcState", "0a 01 07",
      false, "[timestamp: 1]", true, "[:]"},
+    {"nor is that of a list of messages", "KCellularSimCardFiles", "10 02 08 05", true,
+     "[ef_list: [[ef_id: 5]]]", true, "[timestamp: 5]"},
+    {"packed numbers are a run or one varint", "KCellularLteSelReselCellInfo", "15 07 08 01", true,
+     "[timestamp: 1, multi_band_info: [7]]", false, "[:]"},
+    {"a key may be written in ten bytes", "KCellularLteRrcState", "88 80 80 80 80 00 2a", true,
+     "[timestamp: 42]", false, "[:]"},
+    {"a length may be written in ten bytes", "KCellularLteRsrpRsrqSinr", "1a 81 80 80 80 80 00 61",
+     true, "[call_id: a]", false, "[:]"},
+    {"a group's ends have the same low 16 bits", "KCellularLteRrcState", "7b fc 80 20 08 01", true,
+     "[timestamp: 1]", false, "[:]"},
     {"the end of a group ends the message", "KCellularLteRrcState", "08 01 0c 10 03", true,
      "[timestamp: 1]", false, "[timestamp: 1]"},
     {"a varint of more than ten bytes is 0", "KCellularLteRrcState",
@@ -95,6 +105,14 @@ TEST(StandardLibrary, DiffersOnlyWhereOursIsMeantTo) {
     EXPECT_EQ(theirs->ParseFromString(text), row.theirsOk);
     EXPECT_EQ(printed(Peer::dictionaryOf(*theirs)), row.theirs);
   }
+}
+
+TEST(StandardLibrary, NestsGroupsLessDeep) {
+  const std::string groups = std::string(200, '\x7b') + std::string(200, '\x7c') + "\x08\x01";
+  bool ok = false;
+  EXPECT_EQ(bytesOf(*readOurs("KCellularLteRrcState", groups, ok)), "\x08\x01");
+  EXPECT_TRUE(ok);
+  EXPECT_FALSE(Peer().make("KCellularLteRrcState")->ParseFromString(groups));
 }
 
 TEST(StandardLibrary, KeepsUnknownFieldsThatOursDrops) {

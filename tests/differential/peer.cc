@@ -1,8 +1,10 @@
 #include "tests/differential/peer.h"
 
 #include <google/protobuf/descriptor.pb.h>
+#include <google/protobuf/unknown_field_set.h>
 
 #include <fstream>
+#include <map>
 #include <stdexcept>
 
 namespace quorin::test {
@@ -14,7 +16,7 @@ using google::protobuf::Message;
 using google::protobuf::Reflection;
 
 /// One value of a field; index -1: the field is singular.
-Value valueOf(const Message& m, const FieldDescriptor& f, int index) {
+Value valueOf(const Message& m, const FieldDescriptor& f, int index, Peer::Nameless nameless) {
   const Reflection& r = *m.GetReflection();
   const bool many = index >= 0;
   switch (f.type()) {
@@ -32,9 +34,20 @@ Value valueOf(const Message& m, const FieldDescriptor& f, int index) {
       return Value(make<Data>(std::vector<std::uint8_t>(bytes.begin(), bytes.end())));
     }
     case FieldDescriptor::TYPE_MESSAGE:
-      return Value(
-          Peer::dictionaryOf(many ? r.GetRepeatedMessage(m, &f, index) : r.GetMessage(m, &f)));
+      return Value(Peer::dictionaryOf(
+          many ? r.GetRepeatedMessage(m, &f, index) : r.GetMessage(m, &f), nameless));
     default: throw std::logic_error("a type that the .proto never has");
+  }
+}
+
+void addNameless(const Message& message, std::map<int, std::pair<std::string, Value>>& entries) {
+  const auto& unknown = message.GetReflection()->GetUnknownFields(message);
+  for (int i = 0; i < unknown.field_count(); ++i) {
+    const auto& field = unknown.field(i);
+    const FieldDescriptor* known = message.GetDescriptor()->FindFieldByNumber(field.number());
+    if (!known || field.type() != google::protobuf::UnknownField::TYPE_VARINT) continue;
+    const auto value = static_cast<std::int32_t>(field.varint());
+    entries[field.number()] = {known->name(), Value("(unknown: " + std::to_string(value) + ")")};
   }
 }
 
@@ -96,23 +109,26 @@ std::unique_ptr<Message> Peer::make(std::string_view className) const {
   return std::unique_ptr<Message>(_factory->GetPrototype(descriptor)->New());
 }
 
-Dictionary Peer::dictionaryOf(const Message& message) {
+Dictionary Peer::dictionaryOf(const Message& message, Nameless nameless) {
   const Reflection& r = *message.GetReflection();
+  std::map<int, std::pair<std::string, Value>> entries;  // by field number
   std::vector<const FieldDescriptor*> fields;
   r.ListFields(message, &fields);
-  Dictionary dictionary;
   for (const FieldDescriptor* field : fields) {
     Value value;
     if (field->is_repeated()) {
       List list;
       for (int i = 0; i < r.FieldSize(message, field); ++i)
-        list.append(valueOf(message, *field, i));
+        list.append(valueOf(message, *field, i, nameless));
       value = Value(list);
     } else {
-      value = valueOf(message, *field, -1);
+      value = valueOf(message, *field, -1, nameless);
     }
-    dictionary.set(Value(field->name()), std::move(value));
+    entries[field->number()] = {field->name(), std::move(value)};
   }
+  if (nameless == Nameless::shown) addNameless(message, entries);
+  Dictionary dictionary;
+  for (auto& [number, entry] : entries) dictionary.set(Value(entry.first), std::move(entry.second));
   return dictionary;
 }
 
