@@ -452,18 +452,36 @@ extern "C" [[gnu::noinline, gnu::noclone]] void countedPass(void (*run)(const Ev
   for (const Event& event : events()) run(event);
 }
 
-/// With "--count STEP": a pass to warm up and a counted one, for callgrind. Else the benchmarks.
-int main(int argc, char** argv) {
-  if (argc == 3 && std::string_view(argv[1]) == "--count") {
-    for (const Step& step : kSteps)
-      if (step.name == std::string_view(argv[2])) {
-        step.prepare();
-        for (const Event& event : events()) step.run(event);
-        countedPass(step.run);
-        return 0;
-      }
-    return 2;
+/// Hands so many bursts from a thread to this one, which never sleeps: for strace.
+void handOffAwake(std::size_t bursts) {
+  q::MainQueue queue;
+  std::size_t delivered = 0;
+  const auto wrapper = std::make_shared<int>();
+  std::thread poster([&] {
+    for (std::size_t i = 0; i < bursts * kBurst; ++i)
+      dispatch_async(queue, Delivery{wrapper, nullptr, nullptr, &delivered});
+  });
+  while (delivered < bursts * kBurst) (void)queue.runPending();
+  poster.join();
+}
+
+int count(std::string_view name) {
+  for (const Step& step : kSteps) {
+    if (step.name != name) continue;
+    step.prepare();
+    for (const Event& event : events()) step.run(event);
+    countedPass(step.run);
+    return 0;
   }
+  return 2;
+}
+
+/// "--count STEP": a pass to warm up and a counted one, for callgrind. "--hand-off BURSTS": for
+/// strace. Else the benchmarks.
+int main(int argc, char** argv) {
+  const std::string_view option = argc == 3 ? argv[1] : "";
+  if (option == "--count") return count(argv[2]);
+  if (option == "--hand-off") return handOffAwake(std::strtoul(argv[2], nullptr, 10)), 0;
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
   benchmark::RunSpecifiedBenchmarks();

@@ -118,7 +118,6 @@ Transitions transitionsIn(const std::string& file) {
 }
 
 std::string fileOf(const char* zone) {
-  if (!zone) return kSystemZone;
   const std::string name(*zone == ':' ? zone + 1 : zone);
   if (name.starts_with('/')) return name;
   const char* folder = std::getenv("TZDIR");
@@ -164,7 +163,8 @@ class RulesInForce {
       _zone = std::nullopt;
       _changes = changes;
     }
-    _transitions = transitionsIn(fileOf(zone));
+    // What lies over the system's file may change unseen, by a mount: asked again every second.
+    _transitions = zone ? transitionsIn(fileOf(zone)) : Transitions();
     return false;
   }
   [[nodiscard]] const Transitions& transitions() const { return _transitions; }
