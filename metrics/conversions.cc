@@ -1,5 +1,6 @@
 #include "metrics/conversions.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <ctime>
@@ -15,29 +16,33 @@ char* digits(char* at, unsigned value, unsigned width) {
 }
 
 /// As strftime's "%Y-%m-%d %H:%M:%S %Z", for years of four digits.
-std::string zonedText(std::int64_t seconds, const LocalZone& zone) {
+Ref<String> zonedText(std::int64_t seconds, const LocalZone& zone) {
   constexpr std::int64_t kDay = 86'400;
   const std::int64_t local = seconds + zone.offset;
   const std::int64_t day = local / kDay - (local % kDay < 0 ? 1 : 0);
   const auto second = static_cast<unsigned>(local - day * kDay);
   const std::chrono::year_month_day date{std::chrono::sys_days{std::chrono::days{day}}};
-  char text[] = "0000-00-00 00:00:00 ";
+  constexpr std::size_t kBeforeZone = 20;
+  constexpr std::size_t kLongestZone = 64;
+  char text[kBeforeZone + kLongestZone] = "0000-00-00 00:00:00 ";
   digits(text, static_cast<unsigned>(static_cast<int>(date.year())), 4);
   digits(text + 5, static_cast<unsigned>(date.month()), 2);
   digits(text + 8, static_cast<unsigned>(date.day()), 2);
   digits(text + 11, second / 3600, 2);
   digits(text + 14, second / 60 % 60, 2);
   digits(text + 17, second % 60, 2);
-  return text + zone.abbreviation;
+  const std::size_t length = zone.abbreviation.copy(text + kBeforeZone, kLongestZone);
+  return make<String>(std::string_view(text, kBeforeZone + length));
 }
 
 /// What strftime makes of any year that it knows.
-std::string anyYearText(std::int64_t seconds) {
+Ref<String> anyYearText(std::int64_t seconds) {
   const auto instant = static_cast<std::time_t>(seconds);
   std::tm local{};
   localtime_r(&instant, &local);
   char text[96];
-  return {text, std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S %Z", &local)};
+  const std::size_t length = std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S %Z", &local);
+  return make<String>(std::string_view(text, length));
 }
 
 /// The text, which the time stamps of one second share.
@@ -53,7 +58,7 @@ const Ref<String>& sharedTimeStampText(double milliseconds) {
   latest = seconds;
   serial = zone.serial;
   const bool usual = seconds >= kFirst && seconds < kLast;
-  return text = make<String>(usual ? zonedText(seconds, zone) : anyYearText(seconds));
+  return text = usual ? zonedText(seconds, zone) : anyYearText(seconds);
 }
 
 }  // namespace
@@ -113,8 +118,10 @@ Value imsiDigits(const Value& identity) {
   const Bytes octets = data->bytes();
   if (octets.empty() || (octets[0] & 7) != kTypeImsi) return identity;
   const bool odd = (octets[0] & 8) != 0;
-  std::string digits;
-  const auto take = [&](int nibble) { digits += static_cast<char>('0' + nibble); };
+  if (octets.size() > kMostDigits) return identity;
+  char digits[2 * kMostDigits];
+  std::size_t count = 0;
+  const auto take = [&](int nibble) { digits[count++] = static_cast<char>('0' + nibble); };
   take(octets[0] >> 4);
   for (std::size_t i = 1; i < octets.size(); ++i) {
     take(octets[i] & 15);
@@ -124,9 +131,11 @@ Value imsiDigits(const Value& identity) {
     else if (octets[i] >> 4 != kFiller)
       return identity;
   }
-  const bool all = digits.find_first_not_of("0123456789") == std::string::npos;
-  const bool parity = (digits.size() % 2 == 1) == odd;
-  return all && parity && digits.size() <= kMostDigits ? Value(std::move(digits)) : identity;
+  const bool all = std::all_of(digits, digits + count, [](char digit) { return digit <= '9'; });
+  const bool parity = (count % 2 == 1) == odd;
+  return all && parity && count <= kMostDigits
+             ? Value(make<String>(std::string_view(digits, count)))
+             : identity;
 }
 
 }  // namespace quorin

@@ -8,18 +8,18 @@
 namespace quorin {
 
 /// Memory that a thread gave back and takes again, by size, so that the steady state asks the heap
-/// for nothing. At most `kMostKept` blocks of a size are kept; a thread's end keeps them.
+/// for nothing. At most `kMostKept` bytes of a size are kept; a thread's end keeps them.
 struct RecycledMemory {
   static constexpr std::size_t kStep = 32;       // bytes between two sizes
   static constexpr std::size_t kLargest = 4096;  // larger blocks come from the heap
-  static constexpr std::uint32_t kMostKept = 256;
+  static constexpr std::uint32_t kMostKept = 1 << 17;
 
   struct Free {
     Free* next;
   };
   struct Size {
     Free* first = nullptr;
-    std::uint32_t count = 0;
+    std::uint32_t bytes = 0;
   };
   std::array<Size, kLargest / kStep + 1> sizes;
 
@@ -52,7 +52,7 @@ inline constinit thread_local RecycledMemory recycledMemory{};
   RecycledMemory::Free* memory = kept.first;
   if (!memory) return ::operator new(row* RecycledMemory::kStep);
   kept.first = memory->next;
-  --kept.count;
+  kept.bytes -= static_cast<std::uint32_t>(row * RecycledMemory::kStep);
   return memory;
 }
 
@@ -60,10 +60,11 @@ inline constinit thread_local RecycledMemory recycledMemory{};
 inline void giveMemory(void* memory, std::size_t size) noexcept {
   if constexpr (!kRecycles) return ::operator delete(memory);
   if (size > RecycledMemory::kLargest) return ::operator delete(memory);
-  RecycledMemory::Size& kept = recycledMemory.sizes[RecycledMemory::row(size)];
-  if (kept.count == RecycledMemory::kMostKept) return ::operator delete(memory);
+  const std::size_t row = RecycledMemory::row(size);
+  RecycledMemory::Size& kept = recycledMemory.sizes[row];
+  if (kept.bytes >= RecycledMemory::kMostKept) return ::operator delete(memory);
   kept.first = new (memory) RecycledMemory::Free{kept.first};
-  ++kept.count;
+  kept.bytes += static_cast<std::uint32_t>(row * RecycledMemory::kStep);
 }
 
 /// Recycled memory for a container.
