@@ -29,6 +29,8 @@ class AnyMessage : public PBCodable {
     _has = (_has & ~(std::uint64_t{1} << number)) | std::uint64_t{present} << number;
   }
 
+  /// One bit per present scalar field, by its number.
+  [[nodiscard]] std::uint64_t presence() const { return _has; }
   /// Marks the scalar fields of these bits as present.
   void addHas(std::uint64_t bits) { _has |= bits; }
 

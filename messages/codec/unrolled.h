@@ -218,24 +218,48 @@ template <class M, std::size_t row>
   }
 }
 
+/// Where a dictionary's next entry is made, and whether all so far are plain.
+struct Entries {
+  Dictionary::Entry* next;
+  bool plain = true;
+
+  [[gnu::always_inline]] void append(Literal key, Value value) {
+    plain = plain && value.isPlain();
+    new (next++) Dictionary::Entry{Value(key), std::move(value)};
+  }
+};
+
+template <class Numbers>
+[[nodiscard]] Value listOf(const Numbers& repeated) {
+  ListMaker list(repeated.values.size());
+  for (auto value : repeated.values) list.append(Value(value));
+  return Value(list.made());
+}
+
+template <class Element>
+[[nodiscard]] Value listOfElements(const MessageArray& array) {
+  ListMaker list(array.elements.size());
+  Value* next = list.place();
+  for (const auto& element : array.elements)
+    new (next++) Value(Unrolled<Element>::dictionary(*element));
+  return Value(list.made(next, /*plain=*/false));
+}
+
 /// Appends the field's entry where it is present.
 template <class M, std::size_t row>
-[[gnu::always_inline]] inline void appendEntry(DictionaryMaker& entries, const M& m) {
+[[gnu::always_inline]] inline Entries appendEntry(Entries entries, const M& m, std::uint64_t has) {
   constexpr const Field& field = kField<M, row>;
   constexpr Kind kind = field.kind;
   constexpr Literal key = kKey<FixedText<field.key.size()>(field.key)>;
   const auto scalar = [&]<class T>(T) {
-    if (m.has(field.number)) entries.append(Value(key), Value(field.template in<T>(m)));
+    if (has >> field.number & 1) entries.append(key, Value(field.template in<T>(m)));
   };
   const auto object = [&]<class T>(Ref<T>) {
-    if (const auto& value = field.template in<Ref<T>>(m)) entries.append(Value(key), Value(value));
+    if (const auto& value = field.template in<Ref<T>>(m)) entries.append(key, Value(value));
   };
   const auto numbers = [&]<class Numbers>(Numbers) {
-    if (const auto& repeated = field.template in<Numbers>(m); !repeated.values.empty()) {
-      ListMaker list(repeated.values.size());
-      for (auto value : repeated.values) list.append(Value(value));
-      entries.append(Value(key), Value(list.made()));
-    }
+    const auto& repeated = field.template in<Numbers>(m);
+    if (!repeated.values.empty()) entries.append(key, listOf(repeated));
   };
   if constexpr (kind == Kind::uint64) {
     scalar(std::uint64_t{});
@@ -246,11 +270,10 @@ template <class M, std::size_t row>
   } else if constexpr (kind == Kind::boolean) {
     scalar(bool{});
   } else if constexpr (kind == Kind::enumeration) {
-    if (m.has(field.number)) {
+    if (has >> field.number & 1) {
       const std::int32_t value = field.template in<std::int32_t>(m);
       const std::string_view name = field.names.nameBeforeGaps(value);
-      entries.append(Value(key),
-                     name.empty() ? valueNamed(field.names, value) : Value(Literal{name}));
+      entries.append(key, name.empty() ? valueNamed(field.names, value) : Value(Literal{name}));
     }
   } else if constexpr (kind == Kind::bytes) {
     object(Ref<Data>{});
@@ -260,20 +283,15 @@ template <class M, std::size_t row>
     numbers(PBRepeatedUInt32{});
   } else if constexpr (kind == Kind::packedSint32) {
     numbers(PBRepeatedInt32{});
+  } else if constexpr (kind == Kind::message) {
+    if (const auto& message = field.template in<Ref<AnyMessage>>(m))
+      entries.append(key, Value(Unrolled<ElementOf<M, row>>::dictionary(*message)));
   } else {
-    using Element = ElementOf<M, row>;
-    if constexpr (kind == Kind::message) {
-      if (const auto& message = field.template in<Ref<AnyMessage>>(m))
-        entries.append(Value(key), Value(Unrolled<Element>::dictionary(*message)));
-    } else {
-      const auto& array = field.template in<Ref<MessageArray>>(m);
-      if (!array || array->elements.empty()) return;
-      ListMaker list(array->elements.size());
-      for (const auto& element : array->elements)
-        list.append(Value(Unrolled<Element>::dictionary(*element)));
-      entries.append(Value(key), Value(list.made()));
-    }
+    const auto& array = field.template in<Ref<MessageArray>>(m);
+    if (array && !array->elements.empty())
+      entries.append(key, listOfElements<ElementOf<M, row>>(*array));
   }
+  return entries;
 }
 
 template <class M, std::size_t... rows>
@@ -283,9 +301,11 @@ template <class M, std::size_t... rows>
 }
 
 template <class M, std::size_t... rows>
-[[gnu::always_inline]] inline void appendEntries(DictionaryMaker& entries, const M& m,
-                                                 std::index_sequence<rows...>) {
-  (appendEntry<M, rows>(entries, m), ...);
+[[gnu::always_inline]] inline Entries appendEntries(Entries entries, const M& m,
+                                                    std::index_sequence<rows...>) {
+  const std::uint64_t has = m.presence();
+  ((entries = appendEntry<M, rows>(entries, m, has)), ...);
+  return entries;
 }
 
 }  // namespace unrolled
@@ -303,9 +323,9 @@ const std::uint8_t* Unrolled<M>::read(AnyMessage& message, const std::uint8_t* a
 template <class M>
 Dictionary Unrolled<M>::dictionary(const AnyMessage& message) {
   const auto& m = static_cast<const M&>(message);
-  DictionaryMaker entries(kFields<M>.size());
-  unrolled::appendEntries(entries, m, unrolled::Rows<M>{});
-  return entries.made();
+  DictionaryMaker dictionary(kFields<M>.size());
+  const auto entries = unrolled::appendEntries({dictionary.place()}, m, unrolled::Rows<M>{});
+  return dictionary.made(entries.next, entries.plain);
 }
 
 }  // namespace quorin

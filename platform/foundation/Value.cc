@@ -18,8 +18,8 @@ Value::Value(const List& list) : Value(Kind::list, list._storage.get()) {}
 Value::Value(const Dictionary& dictionary) : Value(Kind::dictionary, dictionary._storage.get()) {}
 
 std::optional<double> Value::number() const {
-  switch (_kind) {
-    case Kind::boolean: return _as.boolean ? 1.0 : 0.0;
+  switch (kind()) {
+    case Kind::boolean: return boolean() ? 1.0 : 0.0;
     case Kind::int32:
     case Kind::uint32:
     case Kind::int64: return static_cast<double>(_as.integer);
@@ -44,9 +44,9 @@ bool operator==(const Value& a, const Value& b) {
     const auto y = b.integer();
     return x || y ? x == y : a._as.natural == b._as.natural;
   }
-  if (a._kind != b._kind) return false;
-  switch (a._kind) {
-    case Value::Kind::boolean: return a._as.boolean == b._as.boolean;
+  if (a.kind() != b.kind()) return false;
+  switch (a.kind()) {
+    case Value::Kind::boolean: return a.boolean() == b.boolean();
     case Value::Kind::float32: return a._as.float32 == b._as.float32;
     case Value::Kind::float64: return a._as.float64 == b._as.float64;
     case Value::Kind::text: return a.text() == b.text();
@@ -75,7 +75,7 @@ std::size_t Dictionary::search(Literal key) const {
     for (std::size_t i = 0; i < all.size(); ++i)
       if (all[i].key._as.literal == key.text.data()) return i;
   for (std::size_t i = 0; i < all.size(); ++i)
-    if (!(key.padded && all[i].key._padded) && all[i].key.text() == key.text) return i;
+    if (!(key.padded && all[i].key.isPadded()) && all[i].key.text() == key.text) return i;
   return all.size();
 }
 

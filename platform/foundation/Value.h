@@ -70,50 +70,33 @@ class Value {
   };
 
   Value() = default;
-  explicit Value(bool value) : _kind(Kind::boolean) { _as.boolean = value; }
-  explicit Value(std::int32_t value) : _kind(Kind::int32) { _as.integer = value; }
-  explicit Value(std::uint32_t value) : _kind(Kind::uint32) { _as.integer = value; }
-  explicit Value(std::int64_t value) : _kind(Kind::int64) { _as.integer = value; }
-  explicit Value(std::uint64_t value) : _kind(Kind::uint64) { _as.natural = value; }
-  explicit Value(float value) : _kind(Kind::float32) { _as.float32 = value; }
-  explicit Value(double value) : _kind(Kind::float64) { _as.float64 = value; }
+  explicit Value(bool value) : _head(head(Kind::boolean)) { _as.natural = value ? 1 : 0; }
+  explicit Value(std::int32_t value) : _head(head(Kind::int32)) { _as.integer = value; }
+  explicit Value(std::uint32_t value) : _head(head(Kind::uint32)) { _as.integer = value; }
+  explicit Value(std::int64_t value) : _head(head(Kind::int64)) { _as.integer = value; }
+  explicit Value(std::uint64_t value) : _head(head(Kind::uint64)) { _as.natural = value; }
+  explicit Value(float value) : _head(head(Kind::float32)) { _as.float32 = value; }
+  explicit Value(double value) : _head(head(Kind::float64)) { _as.float64 = value; }
   explicit Value(Literal literal)
-      : _kind(Kind::text),
-        _padded(literal.padded),
-        _length(static_cast<std::uint32_t>(literal.text.size())) {
+      : _head(head(Kind::text) | (literal.padded ? kPadded : 0) |
+              std::uint64_t{static_cast<std::uint32_t>(literal.text.size())} << kLengthShift) {
     _as.literal = literal.text.data();
   }
   explicit Value(const std::string& text) : Value(make<String>(text)) {}
-  explicit Value(const Ref<String>& text) : Value(text ? Kind::text : Kind::nothing, text.get()) {}
-  explicit Value(const Ref<Data>& data) : Value(data ? Kind::data : Kind::nothing, data.get()) {}
+  explicit Value(const Ref<String>& text) : Value(Kind::text, text.get()) {}
+  explicit Value(const Ref<Data>& data) : Value(Kind::data, data.get()) {}
   explicit Value(const List& list);
   explicit Value(List&& list);
   explicit Value(const Dictionary& dictionary);
   explicit Value(Dictionary&& dictionary);
   explicit Value(const void*) = delete;  // keeps a pointer from passing for a boolean
 
-  Value(const Value& other)
-      : _kind(other._kind),
-        _counted(other._counted),
-        _padded(other._padded),
-        _length(other._length),
-        _as(other._as) {
+  Value(const Value& other) : _head(other._head), _as(other._as) {
     if (const Object* object = counted()) object->retain();
   }
-  Value(Value&& other) noexcept
-      : _kind(other._kind),
-        _counted(other._counted),
-        _padded(other._padded),
-        _length(other._length),
-        _as(other._as) {
-    other._kind = Kind::nothing;
-    other._counted = false;
-  }
+  Value(Value&& other) noexcept : _head(std::exchange(other._head, 0)), _as(other._as) {}
   Value& operator=(Value other) noexcept {
-    std::swap(_kind, other._kind);
-    std::swap(_counted, other._counted);
-    std::swap(_padded, other._padded);
-    std::swap(_length, other._length);
+    std::swap(_head, other._head);
     std::swap(_as, other._as);
     return *this;
   }
@@ -121,59 +104,64 @@ class Value {
     if (const Object* object = counted()) object->release();
   }
 
-  [[nodiscard]] Kind kind() const { return _kind; }
-  [[nodiscard]] bool isInteger() const { return _kind >= Kind::int32 && _kind <= Kind::uint64; }
+  [[nodiscard]] Kind kind() const { return static_cast<Kind>(_head & 0xff); }
+  [[nodiscard]] bool isInteger() const { return kind() >= Kind::int32 && kind() <= Kind::uint64; }
 
   /// The integer as a signed 64-bit number; empty for other kinds and beyond its range.
   [[nodiscard]] std::optional<std::int64_t> integer() const {
-    if (!isInteger() || (_kind == Kind::uint64 && _as.integer < 0)) return std::nullopt;
+    if (!isInteger() || (kind() == Kind::uint64 && _as.integer < 0)) return std::nullopt;
     return _as.integer;
   }
   /// The number, of any numeric kind; empty for other kinds.
   [[nodiscard]] std::optional<double> number() const;
 
   /// Each requires its kind.
-  [[nodiscard]] bool boolean() const { return _as.boolean; }
+  [[nodiscard]] bool boolean() const { return _as.natural != 0; }
   [[nodiscard]] std::uint64_t natural() const { return _as.natural; }
   [[nodiscard]] float float32() const { return _as.float32; }
   [[nodiscard]] double float64() const { return _as.float64; }
   [[nodiscard]] std::string_view text() const {
-    return _counted ? static_cast<const String*>(_as.object)->text()
-                    : std::string_view(_as.literal, _length);
+    return isPlain() ? std::string_view(_as.literal, _head >> kLengthShift)
+                     : static_cast<const String*>(_as.object)->text();
   }
   [[nodiscard]] Ref<Data> data() const;
   [[nodiscard]] List list() const;
   [[nodiscard]] Dictionary dictionary() const;
 
   /// Whether it is a number, or text that lives as long as the program.
-  [[nodiscard]] bool isPlain() const { return !_counted; }
+  [[nodiscard]] bool isPlain() const { return (_head & kCounted) == 0; }
   /// Whether the text may be read in whole steps of `kPaddedStep`.
-  [[nodiscard]] bool isPadded() const { return _padded; }
+  [[nodiscard]] bool isPadded() const { return (_head & kPadded) != 0; }
 
   /// Same kind of value and same content; integers compare by their number, whatever their width.
   friend bool operator==(const Value& a, const Value& b);
 
  private:
   friend class Dictionary;
-  Value(Kind kind, const Object* object) : _kind(kind), _counted(object != nullptr) {
+
+  // A value is two words: what it is, and its content. One store makes each.
+  static constexpr std::uint64_t kCounted = 1 << 8;  // it holds an object
+  static constexpr std::uint64_t kPadded = 1 << 9;   // of a literal
+  static constexpr unsigned kLengthShift = 32;       // of a literal
+  [[nodiscard]] static constexpr std::uint64_t head(Kind kind) {
+    return static_cast<std::uint64_t>(kind);
+  }
+
+  /// Takes over a reference. No object is nothing, except for a list or dictionary without memory.
+  Value(Kind kind, const Object* object, std::nullptr_t /*taken over*/)
+      : _head(object                                           ? head(kind) | kCounted
+              : kind == Kind::list || kind == Kind::dictionary ? head(kind)
+                                                               : 0) {
     _as.object = object;
+  }
+  Value(Kind kind, const Object* object) : Value(kind, object, nullptr) {
     if (object) object->retain();
   }
 
-  /// Takes over a reference, where there is one.
-  Value(Kind kind, const Object* object, std::nullptr_t /*taken over*/)
-      : _kind(kind), _counted(object != nullptr) {
-    _as.object = object;
-  }
+  [[nodiscard]] const Object* counted() const { return isPlain() ? nullptr : _as.object; }
 
-  [[nodiscard]] const Object* counted() const { return _counted ? _as.object : nullptr; }
-
-  Kind _kind = Kind::nothing;
-  bool _counted = false;
-  bool _padded = false;
-  std::uint32_t _length = 0;  // of a literal
+  std::uint64_t _head = 0;
   union {
-    bool boolean;
     std::int64_t integer;
     std::uint64_t natural;
     float float32;
@@ -294,32 +282,29 @@ class Dictionary {
 };
 
 /// Makes a list or dictionary whose largest size is known beforehand. Requires: room for what is
-/// appended, `made` once, and of a dictionary no key twice.
+/// appended, and of a dictionary no key twice.
 template <class Collection, class Element>
 class Maker {
  public:
-  explicit Maker(std::size_t most)
-      : _storage(Elements<Element>::create(most)), _next(_storage->place()) {}
-  ~Maker() {
-    if (_storage) _storage->setSize(_next, _plain);
-  }
-  Maker(const Maker&) = delete;
-  Maker& operator=(const Maker&) = delete;
+  explicit Maker(std::size_t most) : _storage(Elements<Element>::create(most)) {}
 
   template <class... Parts>
-  [[gnu::always_inline]] void append(Parts&&... parts) {
-    _plain = _plain && (parts.isPlain() && ...);
-    new (_next++) Element{std::forward<Parts>(parts)...};
+  void append(Parts&&... parts) {
+    const bool plain = (parts.isPlain() && ...);
+    _storage->append(Element{std::forward<Parts>(parts)...}, plain);
   }
-  [[nodiscard]] Collection made() {
-    _storage->setSize(_next, _plain);
-    return Collection(std::move(_storage));
+  [[nodiscard]] Collection made() { return Collection(std::move(_storage)); }
+
+  /// For straight code, which keeps the next place and whether all are plain in registers: puts
+  /// the elements up to `end` in force. They are made from `place` on.
+  [[nodiscard]] Element* place() { return _storage->place(); }
+  [[nodiscard]] Collection made(const Element* end, bool plain) {
+    _storage->setSize(end, plain);
+    return made();
   }
 
  private:
   Ref<Elements<Element>> _storage;
-  Element* _next;
-  bool _plain = true;
 };
 using ListMaker = Maker<List, Value>;
 using DictionaryMaker = Maker<Dictionary, DictionaryEntry>;
