@@ -45,6 +45,8 @@ struct Part {
   const char* name;
   bool startUp;
   bool events;
+
+  friend void PrintTo(const Part& part, std::ostream* out) { *out << part.name; }
 };
 
 void write(std::string_view text) {
@@ -147,10 +149,11 @@ TEST_P(Allocations, ThatFailEndTheProgramOrChangeNothing) {
     const Outcome disturbed = run(GetParam(), number, events);
     if (disturbed.ended(outOfMemory)) ++ended;
     if (disturbed.ended(outOfMemory))
-      EXPECT_TRUE(undisturbed.shown.starts_with(disturbed.shown)) << number << ":\n"
-                                                                  << disturbed.shown;
+      EXPECT_TRUE(undisturbed.shown.starts_with(disturbed.shown))
+          << "allocation " << number << ": something else is shown before the end";
     else if (disturbed.ended(whole))
-      EXPECT_EQ(disturbed.shown, undisturbed.shown) << number;
+      EXPECT_TRUE(disturbed.shown == undisturbed.shown)
+          << "allocation " << number << ": the program goes on and shows something else";
     else
       ADD_FAILURE() << "allocation " << number << ": status " << disturbed.status;
   }
