@@ -314,7 +314,9 @@ void handOff(benchmark::State& state) {
   q::MainQueue queue;
   inBursts(
       state, [&](Delivery work) { dispatch_async(queue, std::move(work)); },
-      [&] { (void)queue.runPending(); });
+      [&] {
+        if (!queue.runPending()) queue.wait(std::chrono::seconds(1));
+      });
 }
 
 // ---- the fully logged event: standard output to a file, the system log to a local receiver
@@ -452,16 +454,25 @@ extern "C" [[gnu::noinline, gnu::noclone]] void countedPass(void (*run)(const Ev
   for (const Event& event : events()) run(event);
 }
 
-/// Hands so many bursts from a thread to this one, which never sleeps: for strace.
+/// Hands so many bursts, one after the other, from a thread to this one, which never sleeps: for
+/// strace.
 void handOffAwake(std::size_t bursts) {
   q::MainQueue queue;
   std::size_t delivered = 0;
+  std::atomic<std::size_t> taken = 0;
   const auto wrapper = std::make_shared<int>();
   std::thread poster([&] {
-    for (std::size_t i = 0; i < bursts * kBurst; ++i)
-      dispatch_async(queue, Delivery{wrapper, nullptr, nullptr, &delivered});
+    for (std::size_t burst = 0; burst < bursts; ++burst) {
+      while (taken.load(std::memory_order_acquire) < burst * kBurst) {
+      }
+      for (std::size_t i = 0; i < kBurst; ++i)
+        dispatch_async(queue, Delivery{wrapper, nullptr, nullptr, &delivered});
+    }
   });
-  while (delivered < bursts * kBurst) (void)queue.runPending();
+  while (delivered < bursts * kBurst) {
+    (void)queue.runPending();
+    taken.store(delivered, std::memory_order_release);
+  }
   poster.join();
 }
 

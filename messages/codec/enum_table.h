@@ -26,6 +26,7 @@ struct EnumTable {
 
   /// The same for a value that has no gap before it, and so stands at its distance from the first.
   [[nodiscard]] constexpr std::string_view nameBeforeGaps(std::int32_t value) const {
+    if (names.empty()) return {};
     const auto row = static_cast<std::uint64_t>(std::int64_t{value} - names[0].value);
     return row < names.size() && names[row].value == value ? names[row].name : std::string_view{};
   }

@@ -16,7 +16,7 @@ namespace quorin {
 class AnyMessage;
 struct MessageTable;
 
-/// How a field stands on the wire and in memory.
+/// How a field stands on the wire and in memory. The scalars, one varint each, come first.
 enum class Kind : std::uint8_t {
   uint64,
   uint32,

@@ -63,10 +63,7 @@ enum WireType : std::uint8_t { kVarint = 0, kDelimited = 2 };
 
 /// What a message of ascending fields has as this field's key.
 constexpr std::uint32_t usualKey(const Field& field) {
-  constexpr bool kIsVarint[] = {true,  true,  true,  true,  true, false,
-                                false, false, false, false, false};
-  return field.number << 3 |
-         (kIsVarint[static_cast<std::size_t>(field.kind)] ? kVarint : kDelimited);
+  return field.number << 3 | (field.kind <= Kind::boolean ? kVarint : kDelimited);
 }
 
 /// Behind the key of this field; null where another one stands.

@@ -62,6 +62,7 @@ class WorkRing {
     std::atomic<std::uint64_t> turn;  // its position while free, one more when it holds work
     Work work;
   };
+  static_assert(sizeof(Place) == 64);
 
   /// False, with the work untouched, when the ring is full.
   bool put(Work& work) {

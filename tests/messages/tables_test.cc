@@ -110,6 +110,7 @@ TEST(EnumTables, GiveTheValueOfANameAtCompileTime) {
   static_assert(valueOf(names::KLTE_RRC_STATE, "KLTE_RRC_STATE_CONNECTED") == 3);
   static_assert(valueOf(names::KLTE_RRC_CAUSE, "KLTE_RRC_CAUSE_NA") == 255);
   EXPECT_EQ(EnumTable(names::KLTE_RRC_STATE).nameOf(3), "KLTE_RRC_STATE_CONNECTED");
+  EXPECT_EQ(EnumTable().nameOf(0), "");
 }
 
 TEST(MetricIds, AreAllPrefixedTags) {
