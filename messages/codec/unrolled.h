@@ -226,13 +226,6 @@ struct Entries {
   }
 };
 
-template <class Numbers>
-[[nodiscard]] Value listOf(const Numbers& repeated) {
-  ListMaker list(repeated.values.size());
-  for (auto value : repeated.values) list.append(Value(value));
-  return Value(list.made());
-}
-
 template <class Element>
 [[nodiscard]] Value listOfElements(const MessageArray& array) {
   ListMaker list(array.elements.size());
@@ -254,9 +247,9 @@ template <class M, std::size_t row>
   const auto object = [&]<class T>(Ref<T>) {
     if (const auto& value = field.template in<Ref<T>>(m)) entries.append(key, Value(value));
   };
-  const auto numbers = [&]<class Numbers>(Numbers) {
+  const auto numbers = [&]<class Numbers>(List (*listOf)(const Numbers&)) {
     const auto& repeated = field.template in<Numbers>(m);
-    if (!repeated.values.empty()) entries.append(key, listOf(repeated));
+    if (!repeated.values.empty()) entries.append(key, Value(listOf(repeated)));
   };
   if constexpr (kind == Kind::uint64) {
     scalar(std::uint64_t{});
@@ -277,9 +270,9 @@ template <class M, std::size_t row>
   } else if constexpr (kind == Kind::string) {
     object(Ref<String>{});
   } else if constexpr (kind == Kind::packedUint32) {
-    numbers(PBRepeatedUInt32{});
+    numbers(PBRepeatedUInt32NSArray);
   } else if constexpr (kind == Kind::packedSint32) {
-    numbers(PBRepeatedInt32{});
+    numbers(PBRepeatedInt32NSArray);
   } else if constexpr (kind == Kind::message) {
     if (const auto& message = field.template in<Ref<AnyMessage>>(m))
       entries.append(key, Value(Unrolled<ElementOf<M, row>>::dictionary(*message)));
