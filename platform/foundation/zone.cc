@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
@@ -33,7 +34,13 @@ class SystemZoneWatch {
   SystemZoneWatch() : _descriptor(inotify_init1(IN_CLOEXEC)) {
     if (_descriptor < 0 || !watch()) return;
     _watching = true;
+    // Signals are for the threads that wait for them.
+    sigset_t all;
+    sigset_t before;
+    sigfillset(&all);
+    pthread_sigmask(SIG_BLOCK, &all, &before);
     std::thread([this] { run(); }).detach();
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
   }
 
   /// Empty where changes cannot be watched.
