@@ -1,5 +1,7 @@
 #include "platform/window/PageModel.h"
 
+#include <QAccessible>
+
 #include "platform/toolkit/UIStoryboard.h"
 
 namespace quorin {
@@ -21,6 +23,11 @@ constexpr RoleRow kRoles[] = {
     {PageModel::detailText, "detailText",
      [](const ScreenLine& line) -> QVariant { return text(line.detail); }},
     {PageModel::isHeader, "isHeader", [](const ScreenLine& line) -> QVariant { return line.isHeader(); }},
+    // The page would look a name of an enumeration up at the start, which takes a millisecond.
+    {PageModel::accessibleRole, "accessibleRole",
+     [](const ScreenLine& line) -> QVariant {
+       return static_cast<int>(line.isHeader() ? QAccessible::Heading : QAccessible::ListItem);
+     }},
     {PageModel::unit, "unit",
      [](const ScreenLine& line) -> QVariant { return text(line.annotation.unit); }},
     {PageModel::meaning, "meaning",

@@ -24,6 +24,7 @@ class PageModel final : public QAbstractListModel, private ScreenPageObserver {
     mainText = Qt::UserRole,
     detailText,
     isHeader,
+    accessibleRole,
     unit,
     meaning,
     clause,

@@ -4,6 +4,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QQuickItem>
 
 #include "app/interface.h"
@@ -56,6 +57,20 @@ class Windowed {
     key(Qt::Key_Home);
     for (int i = 0; i < row; ++i) key(Qt::Key_Down);
     key(Qt::Key_Return);
+  }
+
+  /// In the middle of the row with this name.
+  void click(const QString& row, Qt::MouseButton button) {
+    QAccessibleInterface* line = find(QAccessible::ListItem, row);
+    ASSERT_TRUE(line);
+    const QPointF global = line->rect().center();
+    const QPointF local = window()->mapFromGlobal(global);
+    for (auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+      QMouseEvent event(type, local, global, button,
+                        type == QEvent::MouseButtonPress ? button : Qt::NoButton, Qt::NoModifier);
+      QCoreApplication::sendEvent(window(), &event);
+    }
+    settle();
   }
 
   /// The children of the list with this title: "# header" or "text=detail"; "none" without one.
@@ -261,6 +276,19 @@ TEST(WindowScreen, CopiesARowAndAPage) {
   std::string page = "RRC State\n";
   for (const std::string& line : lines) page += tabbed(line) + "\n";
   EXPECT_EQ(QGuiApplication::clipboard()->text().toStdString(), page);
+}
+
+TEST(WindowScreen, OpensTheMenuOfTheRowThatIsClickedOnTheRight) {
+  Windowed shown;
+  shown.openRow(1);
+  shown.click("Tx Power", Qt::RightButton);
+  EXPECT_TRUE(shown.find(QAccessible::PopupMenu, "Menu"));
+  EXPECT_THAT(shown.page("Tx Power"), ElementsAre("none")) << "it is not opened";
+  shown.key(Qt::Key_Return);
+  EXPECT_EQ(QGuiApplication::clipboard()->text().toStdString(), "Tx Power");
+  EXPECT_EQ(shown.focused(), "Tx Power");
+  shown.click("Tx Power", Qt::LeftButton);
+  EXPECT_THAT(shown.page("Tx Power"), ::testing::Not(ElementsAre("none")));
 }
 
 TEST(WindowScreen, OpensATrendLarge) {

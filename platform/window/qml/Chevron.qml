@@ -11,6 +11,7 @@ Item {
 
     width: style.textSize * 0.6
     height: width
+    rotation: pointsLeft ? 180 : 0
 
     Repeater {
         model: 2
@@ -21,9 +22,9 @@ Item {
             radius: 1
             color: chevron.color
             antialiasing: true
-            transformOrigin: chevron.pointsLeft ? Item.Left : Item.Right
+            transformOrigin: Item.Right
             y: chevron.height / 2 - 1
-            rotation: (index ? 45 : -45) * (chevron.pointsLeft ? 1 : -1)
+            rotation: index ? 45 : -45
         }
     }
 }

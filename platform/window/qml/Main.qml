@@ -128,8 +128,8 @@ Window {
     Timer {
         interval: 1000
         repeat: true
-        running: window.visible && window.visibility !== Window.Minimized
-        onTriggered: window.stack.refreshAges()
+        running: window.visible
+        onTriggered: if (window.visibility !== Window.Minimized) window.stack.refreshAges()
     }
 
     function columnWidth(level: int): real {

@@ -10,6 +10,7 @@ Rectangle {
     required property string mainText
     required property string detailText
     required property bool isHeader
+    required property int accessibleRole
     required property string unit
     required property string meaning
     required property bool isOpen
@@ -42,7 +43,7 @@ Rectangle {
     implicitHeight: isHeader ? name.implicitHeight + 1.5 * style.gap : Math.max(style.rowHeight, contentHeight + style.gap)
 
     Accessible.ignored: !visible
-    Accessible.role: isHeader ? Accessible.Heading : Accessible.ListItem
+    Accessible.role: accessibleRole
     Accessible.name: mainText
     Accessible.description: isHeader ? "" : detailText
     Accessible.focusable: !isHeader
@@ -138,11 +139,8 @@ Rectangle {
 
     TapHandler {
         enabled: !row.isHeader
-        acceptedButtons: Qt.LeftButton | Qt.RightButton
-        onTapped: (point, button) => {
-            if (button === Qt.RightButton)
-                row.menuWanted();
-            else if (row.hasTrend && point.position.x > trend.x && point.position.x < trend.x + trend.width)
+        onTapped: (point) => {
+            if (row.hasTrend && point.position.x > trend.x && point.position.x < trend.x + trend.width)
                 row.trendWanted();
             else
                 row.pressed();

@@ -96,6 +96,15 @@ Item {
             onTrendWanted: view.trendWanted(index)
         }
 
+        TapHandler {
+            acceptedButtons: Qt.RightButton
+            onTapped: (point) => {
+                const at = list.contentItem.mapFromItem(null, point.scenePosition);
+                const item = list.itemAt(at.x, at.y) as PageLine;
+                if (item && !item.isHeader)
+                    item.menuWanted();
+            }
+        }
         onActiveFocusChanged: if (activeFocus) view.focusWanted()
     }
 
