@@ -40,9 +40,9 @@ class MetricValidator : public OsminWrapperDelegate,
   [[nodiscard]] const std::shared_ptr<OsminWrapper>& mySharedOsminInstance() const {
     return _mySharedOsminInstance;
   }
-  [[nodiscard]] const std::string& metricIDKey() const { return _metricIDKey; }
-  [[nodiscard]] const std::string& payloadKey() const { return _payloadKey; }
-  [[nodiscard]] const std::string& profileIDKey() const { return _profileIDKey; }
+  [[nodiscard]] std::string_view metricIDKey() const { return _metricIDKey.text; }
+  [[nodiscard]] std::string_view payloadKey() const { return _payloadKey.text; }
+  [[nodiscard]] std::string_view profileIDKey() const { return _profileIDKey.text; }
 
   /// One of the stores, by its accessor.
   using Store = const Dictionary& (MetricValidator::*)() const;
@@ -148,9 +148,9 @@ class MetricValidator : public OsminWrapperDelegate,
   void keep(const struct MetricCase& row, Dictionary store);
 
   std::shared_ptr<OsminWrapper> _mySharedOsminInstance;
-  std::string _metricIDKey = "kKeyMetricID";
-  std::string _payloadKey = "kKeyPayload";
-  std::string _profileIDKey = "kKeyProfileID";
+  Literal _metricIDKey = kKey<"kKeyMetricID">;
+  Literal _payloadKey = kKey<"kKeyPayload">;
+  Literal _profileIDKey = kKey<"kKeyProfileID">;
   std::map<std::int32_t, float> _dlbwlookup;
   std::optional<std::int64_t> _metricID;
   std::string _line;                                      // being printed; keeps its memory

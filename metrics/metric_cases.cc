@@ -44,6 +44,8 @@ using MV = MetricValidator;
 
 template <class M>
 std::optional<Dictionary> decodeAs(const Ref<Data>& payload) {
+  Dictionary usual;
+  if (payload && Unrolled<M>::readDictionary(*payload, usual)) return usual;
   M message;
   if (!message.initWithData(payload)) return std::nullopt;
   return message.dictionaryRepresentation();

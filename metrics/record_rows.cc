@@ -82,7 +82,7 @@ class EntryConverter {
 void rebuild(List& list, const RecordRow& row, const Dictionary& store, const MV& validator) {
   list = List();
   if (row.key.text.empty()) return list.append(Value(store));
-  const Value* entries = store.find(row.key);
+  const Value* entries = store.findFromEnd(row.key);
   if (!entries || entries->kind() != Value::Kind::list) return;
   const Value* added = row.addedKey.text.empty() ? nullptr : store.find(row.addedKey);
   const List source = entries->list();
@@ -91,12 +91,13 @@ void rebuild(List& list, const RecordRow& row, const Dictionary& store, const MV
     return;
   }
   EntryConverter converted(row, validator);
-  list.reserve(source.size());
+  ListMaker made(source.size());
   for (const Value& value : source) {
     Dictionary entry = converted(value.dictionary());
     if (added) entry.set(row.addedKey, *added);
-    list.append(Value(std::move(entry)));
+    made.append(Value(std::move(entry)));
   }
+  list = made.made();
 }
 
 // A key that the latest message lacks becomes empty text again, and a time stamp becomes text here

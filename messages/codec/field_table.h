@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <span>
 #include <string_view>
+#include <tuple>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -39,6 +40,13 @@ class MessageArray final : public Object {
   [[nodiscard]] bool isEqual(const Object& other) const override;
   [[nodiscard]] std::uint64_t hash() const override;
 };
+
+/// What a message stores a field of each kind as.
+using TypesByKind =
+    std::tuple<std::uint64_t, std::uint32_t, std::int32_t, std::int32_t, bool, Ref<Data>,
+               Ref<String>, Ref<AnyMessage>, Ref<MessageArray>, PBRepeatedUInt32, PBRepeatedInt32>;
+template <Kind kind>
+using TypeOfKind = std::tuple_element_t<static_cast<std::size_t>(kind), TypesByKind>;
 
 /// Where in its message a field is stored.
 using Slot = std::variant<std::uint64_t AnyMessage::*, std::uint32_t AnyMessage::*,
@@ -85,6 +93,9 @@ struct Unrolled {
                                   const std::uint8_t* end);
   /// One entry per present field, in field order, enumerations by name.
   static Dictionary dictionary(const AnyMessage& message);
+  /// The dictionary of the message that the payload holds, without making the message. False, with
+  /// some part of it and no line written, where that would be unusual: ask the message then.
+  static bool readDictionary(const Data& payload, Dictionary& result);
 };
 
 /// A message class as its rows.
@@ -97,6 +108,7 @@ struct MessageTable {
   const std::uint8_t* (*readAscending)(AnyMessage& message, const std::uint8_t* at,
                                        const std::uint8_t* end);
   Dictionary (*dictionary)(const AnyMessage& message);
+  bool (*readDictionary)(const Data& payload, Dictionary& result);
 
   /// The field of this number, or null.
   [[nodiscard]] const Field* find(std::uint64_t number) const {
@@ -137,7 +149,8 @@ inline constexpr MessageTable kTable = [] {
                      M::kKeyRule,
                      [] { return Ref<AnyMessage>(make<M>()); },
                      Unrolled<M>::read,
-                     Unrolled<M>::dictionary};
+                     Unrolled<M>::dictionary,
+                     Unrolled<M>::readDictionary};
   table.rows.fill(kNoRow);
   for (std::size_t row = 0; row < table.fields.size(); ++row)
     table.rows[table.fields[row].number] = static_cast<std::uint8_t>(row);

@@ -29,27 +29,31 @@ static_assert(std::endian::native == std::endian::little, "wide loads read the f
 
 using Position = const std::uint8_t*;
 
-/// Behind the varint at `at`, whose value is put into `value`; null when it takes nine or ten
-/// bytes.
-inline Position longVarint(Position at, std::uint64_t& value) {
+/// A varint's value, and where it ends: null when it takes nine or ten bytes.
+struct Varint {
+  std::uint64_t value;
+  Position behind;
+};
+
+[[gnu::noinline]] inline Varint longVarint(Position at) {
   std::uint64_t word = 0;
   std::memcpy(&word, at, sizeof word);
   const std::uint64_t ends = ~word & 0x8080808080808080;
-  if (ends == 0) return nullptr;
+  if (ends == 0) return {0, nullptr};
   word &= ends ^ (ends - 1);  // up to the first byte that announces no other
   word = (word & 0x7f007f007f007f00) >> 1 | (word & 0x007f007f007f007f);
   word = (word & 0x3fff00003fff0000) >> 2 | (word & 0x00003fff00003fff);
-  value = (word & 0x0fffffff00000000) >> 4 | (word & 0x000000000fffffff);
-  return at + (std::countr_zero(ends) / 8 + 1);
+  word = (word & 0x0fffffff00000000) >> 4 | (word & 0x000000000fffffff);
+  return {word, at + (std::countr_zero(ends) / 8 + 1)};
 }
 
-[[gnu::always_inline]] inline Position varint(Position at, std::uint64_t& value) {
-  value = *at;
-  if (value < 0x80) return at + 1;
+[[gnu::always_inline]] inline Varint varint(Position at) {
+  const std::uint64_t first = at[0];
+  if (first < 0x80) [[likely]]
+    return {first, at + 1};
   const std::uint64_t second = at[1];
-  if (second >= 0x80) return longVarint(at, value);
-  value = (value & 0x7f) | second << 7;
-  return at + 2;
+  if (second >= 0x80) return longVarint(at);
+  return {(first & 0x7f) | second << 7, at + 2};
 }
 
 template <class M, std::size_t row>
@@ -66,25 +70,38 @@ constexpr std::uint32_t usualKey(const Field& field) {
   return field.number << 3 | (field.kind <= Kind::boolean ? kVarint : kDelimited);
 }
 
-/// Behind the key of this field; null where another one stands.
+/// The key of this field as it stands in the bytes, lowest first.
 template <class M, std::size_t row>
-[[gnu::always_inline]] inline Position behindKey(Position at, Position end) {
+inline constexpr std::uint32_t kKeyBytes = [] {
   constexpr std::uint32_t key = usualKey(kField<M, row>);
   static_assert(key < 1 << 14);
-  if (at >= end) return nullptr;
-  if constexpr (key < 0x80) return *at == key ? at + 1 : nullptr;
-  constexpr auto kWide = static_cast<std::uint16_t>((key & 0x7f) | 0x80 | key >> 7 << 8);
-  std::uint16_t read = 0;
-  std::memcpy(&read, at, sizeof read);
-  return read == kWide ? at + 2 : nullptr;
+  return key < 0x80 ? key : (key & 0x7f) | 0x80 | key >> 7 << 8;
+}();
+template <class M, std::size_t row>
+inline constexpr std::size_t kKeySize = kKeyBytes<M, row> < 0x100 ? 1 : 2;
+
+/// Whether the key of this field stands there. Nothing asks whether the message ends before: a
+/// scalar that is read behind its end is found to reach too far.
+template <class M, std::size_t row>
+[[gnu::always_inline]] inline bool isKeyAt(Position at) {
+  std::conditional_t<kKeySize<M, row> == 1, std::uint8_t, std::uint16_t> word;
+  std::memcpy(&word, at, sizeof word);
+  return word == kKeyBytes<M, row>;
+}
+
+/// Behind the key of this field; null where another one stands, or none.
+template <class M, std::size_t row>
+[[gnu::always_inline]] inline Position behindKey(Position at, Position end) {
+  return at < end && isKeyAt<M, row>(at) ? at + kKeySize<M, row> : nullptr;
 }
 
 /// Reads a length and gives where its content begins; null where it is not all there.
 [[gnu::always_inline]] inline Position content(Position at, Position end, std::size_t& length) {
-  std::uint64_t read = 0;
-  at = varint(at, read);
+  const auto [read, behind] = varint(at);
   length = static_cast<std::size_t>(read);
-  return at && at <= end && read <= static_cast<std::uint64_t>(end - at) ? at : nullptr;
+  const bool whole =
+      behind && behind <= end && read <= static_cast<std::uint64_t>(end - behind);
+  return whole ? behind : nullptr;
 }
 
 /// A registered tag's value is read, logged and dropped.
@@ -98,7 +115,20 @@ inline constexpr auto isRegistered = [](const Field& field) {
 template <class M>
 inline constexpr bool kLogsNothing = std::ranges::none_of(kFields<M>, isRegistered<M>);
 
-template <class M, std::size_t... rows>
+/// Whose end a message's reader looks at: a nested one's only behind its last field, since what has
+/// begun to read it gives it up as a whole.
+enum class Level { payload, nested };
+
+/// Writes the lines of the class's registered tag, of which it has one at most.
+template <class M>
+void logRegistered(std::uint32_t value) {
+  static_assert(std::ranges::count_if(kFields<M>, isRegistered<M>) == 1);
+  constexpr auto field = std::ranges::find_if(kFields<M>, isRegistered<M>);
+  (void)KBBMetricUtility::isValidMetricIdTag(field->number, M::kName);
+  logUnknownTag(field->number, value);
+}
+
+template <class M, Level level, std::size_t... rows>
 void readRows(M& m, Position& at, Position end, std::uint64_t& has, std::index_sequence<rows...>);
 
 template <class M>
@@ -110,74 +140,75 @@ template <class Element>
   static_assert(kLogsNothing<Element>);
   auto element = make<Element>();
   std::uint64_t has = 0;
-  readRows(*element, at, end, has, Rows<Element>{});
+  readRows<Element, Level::nested>(*element, at, end, has, Rows<Element>{});
   element->addHas(has);
   return at == end ? std::move(element) : nullptr;
 }
 
-/// Reads the value of one field behind its key, and gives where it ends; null, with nothing done,
-/// when it is unusual.
+/// What a message stores the field as.
 template <class M, std::size_t row>
-[[gnu::always_inline]] inline Position readValue(M& m, Position at, Position end,
-                                                 std::uint64_t& has) {
-  constexpr const Field& field = kField<M, row>;
-  constexpr Kind kind = field.kind;
-  if constexpr (usualKey(field) % 8 == kVarint) {
-    std::uint64_t value = 0;
-    at = varint(at, value);
-    if (!at || at > end) return nullptr;
-    if constexpr (isRegistered<M>(field)) {
-      (void)KBBMetricUtility::isValidMetricIdTag(field.number, M::kName);
-      logUnknownTag(field.number, static_cast<std::uint32_t>(value));
-      return at;
-    }
-    has |= std::uint64_t{1} << field.number;
-    if constexpr (kind == Kind::uint64)
-      field.template in<std::uint64_t>(m) = value;
-    else if constexpr (kind == Kind::uint32)
-      field.template in<std::uint32_t>(m) = static_cast<std::uint32_t>(value);
-    else if constexpr (kind == Kind::enumeration)
-      field.template in<std::int32_t>(m) = static_cast<std::int32_t>(value);
-    else if constexpr (kind == Kind::sint32)
-      field.template in<std::int32_t>(m) = signedFromVarint(value);
-    else
-      field.template in<bool>(m) = value != 0;
-    return at;
+using TypeOf = TypeOfKind<kField<M, row>.kind>;
+
+/// What the varint means in a scalar field.
+template <class M, std::size_t row>
+[[gnu::always_inline]] inline TypeOf<M, row> fromVarint(std::uint64_t varint) {
+  if constexpr (kField<M, row>.kind == Kind::sint32)
+    return signedFromVarint(varint);
+  else if constexpr (kField<M, row>.kind == Kind::boolean)
+    return varint != 0;
+  else
+    return static_cast<TypeOf<M, row>>(varint);
+}
+
+/// Reads bytes, text or packed numbers behind their key, and gives where they end; null, with
+/// nothing done, when they are unusual.
+template <class M, std::size_t row>
+[[gnu::always_inline]] inline Position readInto(TypeOf<M, row>& read, Position at, Position end) {
+  constexpr Kind kind = kField<M, row>.kind;
+  std::size_t length = 0;
+  at = content(at, end, length);
+  if (!at) return nullptr;
+  const Position stop = at + length;
+  if constexpr (kind == Kind::bytes) {
+    read = Data::createFromPadded(Bytes(at, length));
+  } else if constexpr (kind == Kind::string) {
+    read = make<String>(std::string_view(reinterpret_cast<const char*>(at), length));
   } else {
-    static_assert(!isRegistered<M>(field));
-    std::size_t length = 0;
-    at = content(at, end, length);
-    if (!at) return nullptr;
-    const Position stop = at + length;
-    if constexpr (kind == Kind::bytes) {
-      field.template in<Ref<Data>>(m) = Data::createFromPadded(Bytes(at, length));
-    } else if constexpr (kind == Kind::string) {
-      field.template in<Ref<String>>(m) =
-          make<String>(std::string_view(reinterpret_cast<const char*>(at), length));
-    } else if constexpr (kind == Kind::message) {
-      auto element = readElement<ElementOf<M, row>>(at, stop);
-      if (!element) return nullptr;
-      field.template in<Ref<AnyMessage>>(m) = std::move(element);
-    } else {
-      using Numbers =
-          std::conditional_t<kind == Kind::packedUint32, PBRepeatedUInt32, PBRepeatedInt32>;
-      auto& values = field.template in<Numbers>(m).values;
-      const std::size_t before = values.size();
-      if (before == 0) values.reserve(length);  // a number takes a byte at least
-      for (std::uint64_t value = 0; at < stop;) {
-        at = varint(at, value);
-        if (!at || at > stop) {
-          values.resize(before);
-          return nullptr;
-        }
-        if constexpr (kind == Kind::packedUint32)
-          values.push_back(static_cast<std::uint32_t>(value));
-        else
-          values.push_back(signedFromVarint(value));
+    auto& values = read.values;
+    const std::size_t before = values.size();
+    if (before == 0) values.reserve(length);  // a number takes a byte at least
+    while (at < stop) {
+      const auto [value, behind] = varint(at);
+      if (!behind || behind > stop) {
+        values.resize(before);
+        return nullptr;
       }
+      at = behind;
+      if constexpr (kind == Kind::packedUint32)
+        values.push_back(static_cast<std::uint32_t>(value));
+      else
+        values.push_back(signedFromVarint(value));
     }
-    return stop;
   }
+  return stop;
+}
+
+/// Reads the scalar field where it stands next. False: what stands there is unusual.
+template <class M, std::size_t row, Level level>
+[[gnu::always_inline]] inline bool readScalar(M& m, Position& at, Position end,
+                                              std::uint64_t& has) {
+  constexpr const Field& field = kField<M, row>;
+  if (!isKeyAt<M, row>(at)) return true;
+  const auto [value, behind] = varint(at + kKeySize<M, row>);
+  if (!behind || (level == Level::payload && behind > end)) return false;
+  at = behind;
+  if constexpr (isRegistered<M>(field)) {
+    logRegistered<M>(static_cast<std::uint32_t>(value));
+  } else {
+    has |= std::uint64_t{1} << field.number;
+    field.template in<TypeOf<M, row>>(m) = fromVarint<M, row>(value);
+  }
+  return true;
 }
 
 /// Reads the elements that stand next. False: what stands there is unusual.
@@ -202,92 +233,104 @@ template <class M, std::size_t row>
 }
 
 /// Reads the field where it stands next. False: what stands there is unusual.
-template <class M, std::size_t row>
+template <class M, std::size_t row, Level level>
 [[gnu::always_inline]] inline bool readNext(M& m, Position& at, Position end, std::uint64_t& has) {
-  if constexpr (kField<M, row>.kind == Kind::repeated) {
+  constexpr const Field& field = kField<M, row>;
+  static_assert(field.kind <= Kind::boolean || !isRegistered<M>(field));
+  if constexpr (field.kind <= Kind::boolean) {
+    return readScalar<M, row, level>(m, at, end, has);
+  } else if constexpr (field.kind == Kind::repeated) {
     return readElements<M, row>(m, at, end);
   } else {
-    const Position value = behindKey<M, row>(at, end);
+    Position value = behindKey<M, row>(at, end);
     if (!value) return true;
-    const Position behind = readValue<M, row>(m, value, end, has);
-    if (behind) at = behind;
-    return behind != nullptr;
+    if constexpr (field.kind == Kind::message) {
+      std::size_t length = 0;
+      value = content(value, end, length);
+      if (!value) return false;
+      auto element = readElement<ElementOf<M, row>>(value, value + length);
+      if (!element) return false;
+      field.template in<Ref<AnyMessage>>(m) = std::move(element);
+      at = value + length;
+    } else {
+      value = readInto<M, row>(field.template in<TypeOf<M, row>>(m), value, end);
+      if (!value) return false;
+      at = value;
+    }
+    return true;
   }
 }
 
-/// Where a dictionary's next entry is made, and whether all so far are plain.
+/// Where a dictionary's next entry is made, and which so far hold an object.
 struct Entries {
-  Dictionary::Entry* next;
-  bool plain = true;
+  Dictionary::Entry* first;
+  Dictionary::Entry* next = first;
+  Holders holders{};
+  std::optional<std::uint32_t> registered{};  // the value of the class's registered tag
 
   [[gnu::always_inline]] void append(Literal key, Value value) {
-    plain = plain && value.isPlain();
+    if (!value.isPlain()) holders.add(static_cast<std::size_t>(next - first));
     new (next++) Dictionary::Entry{Value(key), std::move(value)};
   }
 };
+
+template <class M, std::size_t row>
+inline constexpr Literal kKeyOf = kKey<FixedText<kField<M, row>.key.size()>(kField<M, row>.key)>;
+
+/// The field's value as a dictionary shows it: a number, an object, or an enumeration by its name.
+template <class M, std::size_t row, class T>
+[[gnu::always_inline]] inline Value shown(const T& value) {
+  if constexpr (kField<M, row>.kind == Kind::enumeration) {
+    constexpr EnumTable names = kField<M, row>.names;
+    const std::string_view name = names.nameBeforeGaps(value);
+    return name.empty() ? valueNamed(names, value) : Value(Literal{name});
+  } else if constexpr (std::is_same_v<T, PBRepeatedUInt32>) {
+    return Value(PBRepeatedUInt32NSArray(value));
+  } else if constexpr (std::is_same_v<T, PBRepeatedInt32>) {
+    return Value(PBRepeatedInt32NSArray(value));
+  } else {
+    return Value(value);
+  }
+}
 
 template <class Element>
 [[nodiscard]] Value listOfElements(const MessageArray& array) {
   ListMaker list(array.elements.size());
   Value* next = list.place();
-  for (const auto& element : array.elements)
+  Holders holders;
+  for (const auto& element : array.elements) {
+    holders.add(static_cast<std::size_t>(next - list.place()));
     new (next++) Value(Unrolled<Element>::dictionary(*element));
-  return Value(list.made(next, /*plain=*/false));
+  }
+  return Value(list.made(next, holders));
 }
 
 /// Appends the field's entry where it is present.
 template <class M, std::size_t row>
 [[gnu::always_inline]] inline Entries appendEntry(Entries entries, const M& m, std::uint64_t has) {
   constexpr const Field& field = kField<M, row>;
-  constexpr Kind kind = field.kind;
-  constexpr Literal key = kKey<FixedText<field.key.size()>(field.key)>;
-  const auto scalar = [&]<class T>(T) {
-    if (has >> field.number & 1) entries.append(key, Value(field.template in<T>(m)));
-  };
-  const auto object = [&]<class T>(Ref<T>) {
-    if (const auto& value = field.template in<Ref<T>>(m)) entries.append(key, Value(value));
-  };
-  const auto numbers = [&]<class Numbers>(List (*listOf)(const Numbers&)) {
-    const auto& repeated = field.template in<Numbers>(m);
-    if (!repeated.values.empty()) entries.append(key, Value(listOf(repeated)));
-  };
-  if constexpr (kind == Kind::uint64) {
-    scalar(std::uint64_t{});
-  } else if constexpr (kind == Kind::uint32) {
-    scalar(std::uint32_t{});
-  } else if constexpr (kind == Kind::sint32) {
-    scalar(std::int32_t{});
-  } else if constexpr (kind == Kind::boolean) {
-    scalar(bool{});
-  } else if constexpr (kind == Kind::enumeration) {
-    if (has >> field.number & 1) {
-      const std::int32_t value = field.template in<std::int32_t>(m);
-      const std::string_view name = field.names.nameBeforeGaps(value);
-      entries.append(key, name.empty() ? valueNamed(field.names, value) : Value(Literal{name}));
-    }
-  } else if constexpr (kind == Kind::bytes) {
-    object(Ref<Data>{});
-  } else if constexpr (kind == Kind::string) {
-    object(Ref<String>{});
-  } else if constexpr (kind == Kind::packedUint32) {
-    numbers(PBRepeatedUInt32NSArray);
-  } else if constexpr (kind == Kind::packedSint32) {
-    numbers(PBRepeatedInt32NSArray);
-  } else if constexpr (kind == Kind::message) {
-    if (const auto& message = field.template in<Ref<AnyMessage>>(m))
-      entries.append(key, Value(Unrolled<ElementOf<M, row>>::dictionary(*message)));
+  constexpr Literal key = kKeyOf<M, row>;
+  using T = TypeOf<M, row>;
+  const T& value = field.template in<T>(m);
+  if constexpr (field.kind <= Kind::boolean) {
+    if (has >> field.number & 1) entries.append(key, shown<M, row>(value));
+  } else if constexpr (field.kind == Kind::bytes || field.kind == Kind::string) {
+    if (value) entries.append(key, shown<M, row>(value));
+  } else if constexpr (field.kind == Kind::message) {
+    if (value) entries.append(key, Value(Unrolled<ElementOf<M, row>>::dictionary(*value)));
+  } else if constexpr (field.kind == Kind::repeated) {
+    if (value && !value->elements.empty())
+      entries.append(key, listOfElements<ElementOf<M, row>>(*value));
   } else {
-    const auto& array = field.template in<Ref<MessageArray>>(m);
-    if (array && !array->elements.empty())
-      entries.append(key, listOfElements<ElementOf<M, row>>(*array));
+    if (!value.values.empty()) entries.append(key, shown<M, row>(value));
   }
   return entries;
 }
 
-template <class M, std::size_t... rows>
+template <class M, Level level, std::size_t... rows>
 [[gnu::always_inline]] inline void readRows(M& m, Position& at, Position end, std::uint64_t& has,
                                             std::index_sequence<rows...>) {
-  (void)(readNext<M, rows>(m, at, end, has) && ...);
+  (void)(readNext<M, rows, level>(m, at, end, has) && ...);
 }
 
 template <class M, std::size_t... rows>
@@ -298,6 +341,103 @@ template <class M, std::size_t... rows>
   return entries;
 }
 
+// The same from the payload itself, for whoever wants no message. A scalar that reaches too far is
+// found when its message is read: at most the zeros behind the payload are read, and no key is 0.
+
+template <class M, std::size_t... rows>
+bool readEntries(Entries& entries, Position& at, Position end, std::index_sequence<rows...>);
+
+/// The dictionary of the message between the two. False, and some part of it, where something in it
+/// is unusual.
+template <class M>
+[[gnu::always_inline]] inline bool readDictionary(Position at, Position end, Dictionary& result) {
+  DictionaryMaker dictionary(kFields<M>.size());
+  Entries entries{dictionary.place()};
+  const bool usual = readEntries<M>(entries, at, end, Rows<M>{}) && at == end;
+  result = dictionary.made(entries.next, entries.holders);
+  if constexpr (!kLogsNothing<M>)
+    if (usual && entries.registered) logRegistered<M>(*entries.registered);
+  return usual;
+}
+
+/// The elements that stand next, which ends behind them. False, and some of them, where something
+/// in them is unusual.
+template <class M, std::size_t row>
+[[gnu::always_inline]] inline bool readList(Position& at, Position end, List& result) {
+  std::size_t count = 0;
+  std::size_t length = 0;
+  for (Position next = at; (next = behindKey<M, row>(next, end)) != nullptr; ++count) {
+    next = content(next, end, length);
+    if (!next) return false;
+    next += length;
+  }
+  if (count == 0) return true;
+  ListMaker list(count);
+  Value* next = list.place();
+  Holders holders;
+  bool usual = true;
+  for (std::size_t i = 0; i < count && usual; ++i) {
+    const Position element = content(behindKey<M, row>(at, end), end, length);
+    at = element + length;
+    Dictionary dictionary;
+    usual = readDictionary<ElementOf<M, row>>(element, at, dictionary);
+    holders.add(i);
+    new (next++) Value(std::move(dictionary));
+  }
+  result = list.made(next, holders);
+  return usual;
+}
+
+/// Appends the field's entry where it stands next. False: what stands there is unusual.
+template <class M, std::size_t row>
+[[gnu::always_inline]] inline bool readEntry(Entries& entries, Position& at, Position end) {
+  constexpr const Field& field = kField<M, row>;
+  constexpr Literal key = kKeyOf<M, row>;
+  if constexpr (field.kind == Kind::repeated) {
+    List list;
+    const bool usual = readList<M, row>(at, end, list);
+    if (!list.empty()) entries.append(key, Value(std::move(list)));
+    return usual;
+  } else if constexpr (field.kind <= Kind::boolean) {
+    if (!isKeyAt<M, row>(at)) return true;
+    const auto [value, behind] = varint(at + kKeySize<M, row>);
+    if (!behind) return false;
+    at = behind;
+    if constexpr (isRegistered<M>(field))
+      entries.registered = static_cast<std::uint32_t>(value);
+    else
+      entries.append(key, shown<M, row>(fromVarint<M, row>(value)));
+    return true;
+  } else {
+    const Position value = behindKey<M, row>(at, end);
+    if (!value) return true;
+    if constexpr (field.kind == Kind::message) {
+      std::size_t length = 0;
+      const Position element = content(value, end, length);
+      if (!element) return false;
+      at = element + length;
+      Dictionary dictionary;
+      const bool usual = readDictionary<ElementOf<M, row>>(element, at, dictionary);
+      entries.append(key, Value(std::move(dictionary)));
+      return usual;
+    } else {
+      TypeOf<M, row> read{};
+      at = readInto<M, row>(read, value, end);
+      if (!at) return false;
+      if constexpr (field.kind >= Kind::packedUint32)
+        if (read.values.empty()) return true;
+      entries.append(key, shown<M, row>(read));
+      return true;
+    }
+  }
+}
+
+template <class M, std::size_t... rows>
+[[gnu::always_inline]] inline bool readEntries(Entries& entries, Position& at, Position end,
+                                               std::index_sequence<rows...>) {
+  return (readEntry<M, rows>(entries, at, end) && ...);
+}
+
 }  // namespace unrolled
 
 template <class M>
@@ -305,7 +445,7 @@ const std::uint8_t* Unrolled<M>::read(AnyMessage& message, const std::uint8_t* a
                                       const std::uint8_t* end) {
   auto& m = static_cast<M&>(message);
   std::uint64_t has = 0;
-  unrolled::readRows(m, at, end, has, unrolled::Rows<M>{});
+  unrolled::readRows<M, unrolled::Level::payload>(m, at, end, has, unrolled::Rows<M>{});
   m.addHas(has);
   return at;
 }
@@ -314,8 +454,15 @@ template <class M>
 Dictionary Unrolled<M>::dictionary(const AnyMessage& message) {
   const auto& m = static_cast<const M&>(message);
   DictionaryMaker dictionary(kFields<M>.size());
-  const auto entries = unrolled::appendEntries({dictionary.place()}, m, unrolled::Rows<M>{});
-  return dictionary.made(entries.next, entries.plain);
+  const auto entries =
+      unrolled::appendEntries(unrolled::Entries{dictionary.place()}, m, unrolled::Rows<M>{});
+  return dictionary.made(entries.next, entries.holders);
+}
+
+template <class M>
+bool Unrolled<M>::readDictionary(const Data& payload, Dictionary& result) {
+  const Bytes bytes = payload.bytes();
+  return unrolled::readDictionary<M>(bytes.data(), bytes.data() + bytes.size(), result);
 }
 
 }  // namespace quorin

@@ -13,9 +13,10 @@ namespace {
 
 // An entry is packed as key, type and content. A known key is one byte, its row; another is 0xff,
 // its length and its text. Texts and bytes carry a length of four bytes.
-constexpr std::string_view kKnownKeys[] = {
-    osmin::kKeyMetricID,   osmin::kKeyPayload,     osmin::kKeyProfileID, osmin::kKeyTriggerID,
-    osmin::kKeyTriggerRef, osmin::kKeyTriggerType, osmin::kKeyAppID,     osmin::kKeyPayloadType,
+constexpr Literal kKnownKeys[] = {
+    kKey<osmin::kKeyMetricID>,   kKey<osmin::kKeyPayload>,     kKey<osmin::kKeyProfileID>,
+    kKey<osmin::kKeyTriggerID>,  kKey<osmin::kKeyTriggerRef>,  kKey<osmin::kKeyTriggerType>,
+    kKey<osmin::kKeyAppID>,      kKey<osmin::kKeyPayloadType>,
 };
 constexpr std::uint8_t kOtherKey = 0xff;
 
@@ -35,7 +36,7 @@ class Packer {
   }
   void key(std::string_view key) {
     for (std::uint8_t row = 0; row < std::size(kKnownKeys); ++row)
-      if (kKnownKeys[row] == key) return plain(row);
+      if (kKnownKeys[row].text == key) return plain(row);
     plain(kOtherKey);
     delimited(key.data(), key.size());
   }
@@ -81,12 +82,13 @@ class Unpacker {
   explicit Unpacker(Bytes packed) : _rest(packed) {}
 
   Dictionary dictionary() {
-    DictionaryMaker entries(Unpacker(_rest).count());  // a packed dictionary has each key once
+    Dictionary entries;
+    entries.reserve(std::size(kKnownKeys));
     while (!_rest.empty()) {
       Value name = key();
-      entries.append(std::move(name), value());
+      entries.append(std::move(name), value());  // a packed dictionary has each key once
     }
-    return entries.made();
+    return entries;
   }
 
  private:
@@ -108,26 +110,9 @@ class Unpacker {
     return make<String>(
         std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
   }
-  void skip(std::size_t length) { _rest = _rest.subspan(length); }
-  std::size_t count() {
-    std::size_t entries = 0;
-    for (; !_rest.empty(); ++entries) {
-      if (plain<std::uint8_t>() == kOtherKey) (void)delimited();
-      switch (plain<xpc_type_t>()) {
-        case xpc_type_t::null: break;
-        case xpc_type_t::boolean: skip(sizeof(bool)); break;
-        case xpc_type_t::int64: skip(sizeof(std::int64_t)); break;
-        case xpc_type_t::float64: skip(sizeof(double)); break;
-        case xpc_type_t::string:
-        case xpc_type_t::data:
-        case xpc_type_t::dictionary: (void)delimited(); break;
-      }
-    }
-    return entries;
-  }
   Value key() {
     const auto row = plain<std::uint8_t>();
-    return row == kOtherKey ? Value(text()) : Value(Literal{kKnownKeys[row]});
+    return row == kOtherKey ? Value(text()) : Value(kKnownKeys[row]);
   }
   Value value() {
     switch (plain<xpc_type_t>()) {

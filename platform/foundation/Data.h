@@ -26,7 +26,7 @@ class Data final : public Object {
  public:
   [[nodiscard]] static Ref<Data> create(Bytes bytes);
   /// The same in steps of `kReadableBehind`. Requires: as many bytes may be read behind the last.
-  [[nodiscard]] static Ref<Data> createFromPadded(Bytes bytes) {
+  [[nodiscard]] [[gnu::always_inline]] static Ref<Data> createFromPadded(Bytes bytes) {
     const Ref<Data> data = blank(bytes.size());
     auto* content = const_cast<std::uint8_t*>(data->content());
     for (std::size_t done = 0; done < bytes.size(); done += kReadableBehind)
@@ -44,7 +44,7 @@ class Data final : public Object {
 
  private:
   explicit Data(std::uint32_t length) : _length(length) {}
-  [[nodiscard]] static Ref<Data> blank(std::size_t length) {
+  [[nodiscard]] [[gnu::always_inline]] static Ref<Data> blank(std::size_t length) {
     void* memory = takeMemory(sizeof(Data) + length + kReadableBehind);
     return Ref<Data>(new (memory) Data(static_cast<std::uint32_t>(length)));
   }

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <algorithm>
+#include <bit>
+#include <cstdint>
 #include <cstring>
 #include <memory>
 #include <span>
@@ -9,8 +11,31 @@
 
 namespace quorin {
 
+/// Which elements of a block hold an object: one bit each, the last for all from there on.
+class Holders {
+ public:
+  void add(std::size_t index) { _bits |= std::uint64_t{1} << std::min(index, kLast); }
+  [[nodiscard]] bool none() const { return _bits == 0; }
+
+  /// Visits the indexes below `size`, ascending.
+  template <class Visit>
+  void each(std::size_t size, Visit visit) const {
+    for (std::uint64_t rest = _bits; rest != 0; rest &= rest - 1) {
+      auto index = static_cast<std::size_t>(std::countr_zero(rest));
+      if (index < kLast)
+        visit(index);
+      else
+        for (; index < size; ++index) visit(index);
+    }
+  }
+
+ private:
+  static constexpr std::size_t kLast = 63;
+  std::uint64_t _bits = 0;
+};
+
 /// What lists and dictionaries share when they are copied: elements in one block of memory, behind
-/// the object. `plain` elements, which hold no object, need not be destroyed one by one.
+/// the object. Only elements that hold an object are destroyed and counted one by one.
 template <class Element>
 class Elements final : public Object {
  public:
@@ -18,30 +43,38 @@ class Elements final : public Object {
     void* memory = takeMemory(sizeof(Elements) + capacity * sizeof(Element));
     return Ref<Elements>(new (memory) Elements(static_cast<std::uint32_t>(capacity)));
   }
-  ~Elements() override {
-    if (!_plain) std::destroy_n(first(), _size);
-  }
   static void operator delete(Elements* elements, std::destroying_delete_t) {
     const std::size_t size = sizeof(Elements) + elements->_capacity * sizeof(Element);
-    elements->~Elements();
+    if (!elements->_holders.none()) elements->destroyHolders();
     giveMemory(elements, size);
   }
 
   /// The place of the next element and its successors. Requires: `setSize` once they are made.
   [[nodiscard]] Element* place() { return first() + _size; }
-  void setSize(const Element* end, bool plain) {
+  void setSize(const Element* end, Holders holders) {
     _size = static_cast<std::uint32_t>(end - first());
-    _plain = plain;
+    _holders = holders;
   }
 
   [[nodiscard]] std::span<Element> all() { return {first(), _size}; }
   [[nodiscard]] std::size_t room() const { return _capacity - _size; }
   /// Requires: room.
   void append(Element&& element, bool plain) {
+    if (!plain) _holders.add(_size);
     new (first() + _size++) Element(std::move(element));
-    _plain = _plain && plain;
   }
-  void setNotPlain() { _plain = false; }
+  void setHolder(std::size_t index) { _holders.add(index); }
+
+  /// A copy that nobody else holds, with room for `more`.
+  [[nodiscard]] Ref<Elements> copy(std::size_t more) const {
+    auto made = create(_size + more);
+    std::memcpy(static_cast<void*>(made->first()), first(), _size * sizeof(Element));
+    // The bytes of an element are its copy once what it holds counts one more.
+    _holders.each(_size, [this](std::size_t index) { first()[index].retain(); });
+    made->setSize(made->first() + _size, _holders);
+    made->marked = marked;
+    return made;
+  }
 
   /// Makes `elements` one block that nobody else holds and that has room for `more`.
   static Elements& own(Ref<Elements>& elements, std::size_t more) {
@@ -54,31 +87,27 @@ class Elements final : public Object {
  private:
   explicit Elements(std::uint32_t capacity) : _capacity(capacity) {}
   [[nodiscard]] Element* first() { return reinterpret_cast<Element*>(this + 1); }
+  [[nodiscard]] const Element* first() const { return reinterpret_cast<const Element*>(this + 1); }
+
+  [[gnu::noinline]] void destroyHolders() {
+    _holders.each(_size, [this](std::size_t index) { std::destroy_at(first() + index); });
+  }
 
   [[gnu::noinline]] static Elements& made(Ref<Elements>& elements, std::size_t more) {
     constexpr std::size_t kLeast = 4;
     const std::size_t size = elements ? elements->_size : 0;
-    const bool shared = elements && elements->references() > 1;
-    const auto made =
-        create(std::max({size + more, shared || !elements ? 0 : 2 * size, more == 0 ? 0 : kLeast}));
-    if (elements) {
-      if (elements->_plain)
-        std::memcpy(static_cast<void*>(made->first()), elements->first(), size * sizeof(Element));
-      else if (shared)
-        std::uninitialized_copy_n(elements->first(), size, made->first());
-      else
-        std::uninitialized_move_n(elements->first(), size, made->first());
-      made->_size = elements->_size;
-      made->_plain = elements->_plain;
-      made->marked = elements->marked;
-    }
-    elements = made;
+    if (!elements)
+      elements = create(more == 0 ? 0 : std::max(more, kLeast));
+    else if (elements->references() > 1)
+      elements = elements->copy(more);
+    else
+      elements = elements->copy(std::max(more, size));
     return *elements;
   }
 
   std::uint32_t _size = 0;
   std::uint32_t _capacity;
-  bool _plain = true;
+  Holders _holders;
 };
 
 }  // namespace quorin

@@ -79,7 +79,7 @@ class Ref {
 
 /// A new object. A class whose objects differ in size makes them itself.
 template <class T, class... Args>
-[[nodiscard]] Ref<T> make(Args&&... args) {
+[[nodiscard]] [[gnu::always_inline]] inline Ref<T> make(Args&&... args) {
   if constexpr (requires { T::create(std::forward<Args>(args)...); })
     return T::create(std::forward<Args>(args)...);
   else if constexpr (sizeof...(Args) == 0)

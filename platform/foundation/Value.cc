@@ -91,18 +91,9 @@ void Dictionary::set(Value key, Value value) {
     setAt(index, std::move(value));
 }
 
-void Dictionary::setAt(std::size_t index, Value value) {
-  Storage& own = Storage::own(_storage, 0);
-  if (!value.isPlain()) own.setNotPlain();
-  own.all()[index].value = std::move(value);
-}
-
 Dictionary Dictionary::bridged() const {
-  Dictionary copy;
-  Storage& own = Storage::own(copy._storage, size());
-  for (const Entry& entry : entries())
-    own.append(Entry(entry), entry.key.isPlain() && entry.value.isPlain());
-  own.marked = true;
+  Dictionary copy(_storage ? _storage->copy(0) : Storage::create(0));
+  copy._storage->marked = true;
   return copy;
 }
 

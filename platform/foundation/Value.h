@@ -130,6 +130,10 @@ class Value {
 
   /// Whether it is a number, or text that lives as long as the program.
   [[nodiscard]] bool isPlain() const { return (_head & kCounted) == 0; }
+  /// For a copy of this value's bytes, made where no constructor may run.
+  void retain() const {
+    if (const Object* object = counted()) object->retain();
+  }
   /// Whether the text may be read in whole steps of `kPaddedStep`.
   [[nodiscard]] bool isPadded() const { return (_head & kPadded) != 0; }
 
@@ -210,6 +214,10 @@ class List {
 struct DictionaryEntry {
   Value key;  // text
   Value value;
+  void retain() const {
+    key.retain();
+    value.retain();
+  }
   friend bool operator==(const DictionaryEntry&, const DictionaryEntry&) = default;
 };
 
@@ -233,6 +241,13 @@ class Dictionary {
     const std::size_t index = indexOf(key);
     return index == size() ? nullptr : &entries()[index].value;
   }
+  /// The same, for a key that mostly stands near the end.
+  [[nodiscard]] const Value* findFromEnd(Literal key) const {
+    const auto all = entries();
+    for (std::size_t i = all.size(); i-- > 0;)
+      if (isAt(all[i], key.text)) return &all[i].value;
+    return find(key);
+  }
   /// The place of `key`, or the size. A good guess, where it may stand, saves the search.
   [[nodiscard]] std::size_t indexOf(Literal key, std::size_t guess = 0) const {
     const auto all = entries();
@@ -245,7 +260,11 @@ class Dictionary {
   void set(Value key, Value value);
   void set(Literal key, Value value) { set(Value(key), std::move(value)); }
   /// Replaces the value at the place. Requires: index < size.
-  void setAt(std::size_t index, Value value);
+  void setAt(std::size_t index, Value value) {
+    Storage& own = Storage::own(_storage, 0);
+    if (!value.isPlain()) own.setHolder(index);
+    own.all()[index].value = std::move(value);
+  }
   /// Appends. Requires: no entry has this key.
   void append(Value key, Value value) {
     const bool plain = key.isPlain() && value.isPlain();
@@ -295,11 +314,11 @@ class Maker {
   }
   [[nodiscard]] Collection made() { return Collection(std::move(_storage)); }
 
-  /// For straight code, which keeps the next place and whether all are plain in registers: puts
-  /// the elements up to `end` in force. They are made from `place` on.
+  /// For straight code, which keeps the next place and the holders in registers: puts the
+  /// elements up to `end` in force. They are made from `place` on.
   [[nodiscard]] Element* place() { return _storage->place(); }
-  [[nodiscard]] Collection made(const Element* end, bool plain) {
-    _storage->setSize(end, plain);
+  [[nodiscard]] Collection made(const Element* end, Holders holders) {
+    _storage->setSize(end, holders);
     return made();
   }
 

@@ -44,7 +44,7 @@ inline constexpr bool kRecycles = true;
 inline constinit thread_local RecycledMemory recycledMemory{};
 
 /// Memory for `size` bytes, aligned as by `new`. Any thread.
-[[nodiscard]] inline void* takeMemory(std::size_t size) {
+[[nodiscard]] [[gnu::always_inline]] inline void* takeMemory(std::size_t size) {
   if constexpr (!kRecycles) return ::operator new(size);
   if (size > RecycledMemory::kLargest) return ::operator new(size);
   const std::size_t row = RecycledMemory::row(size);
@@ -57,7 +57,7 @@ inline constinit thread_local RecycledMemory recycledMemory{};
 }
 
 /// Gives back what `takeMemory` gave for the same size. Any thread.
-inline void giveMemory(void* memory, std::size_t size) noexcept {
+[[gnu::always_inline]] inline void giveMemory(void* memory, std::size_t size) noexcept {
   if constexpr (!kRecycles) return ::operator delete(memory);
   if (size > RecycledMemory::kLargest) return ::operator delete(memory);
   const std::size_t row = RecycledMemory::row(size);

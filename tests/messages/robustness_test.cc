@@ -66,10 +66,25 @@ std::string differenceOfReaders(const MessageTable& table, Bytes payload, Record
   if (fast.position != exact.position || fast.error != exact.error) return "the readers differ";
   if (fast.lines != exact.lines) return "the log lines differ";
   if (!fast.message->isEqual(*exact.message)) return "the fields or their presence differ";
-  return printed(fast.message->dictionaryRepresentation()) ==
-                 printed(exact.message->dictionaryRepresentation())
-             ? ""
-             : "the dictionaries differ";
+  const std::string dictionary = printed(exact.message->dictionaryRepresentation());
+  if (printed(fast.message->dictionaryRepresentation()) != dictionary)
+    return "the dictionaries differ";
+  Dictionary direct;
+  const bool usual = table.readDictionary(*padded, direct);
+  const auto lines = log.systemLines();
+  if (!usual) return lines.empty() ? "" : "a refused payload wrote lines";
+  if (!exact.ok) return "a malformed payload became a dictionary";
+  if (lines != exact.lines) return "the log lines of the dictionary without a message differ";
+  return printed(direct) == dictionary ? "" : "the dictionary without a message differs";
+}
+
+TEST(TheDictionaryWithoutAMessage, IsMadeOfEveryPayloadOfAscendingFields) {
+  RecordedLog log;
+  for (const auto& [row, payload] : corpus(67)) {
+    Dictionary direct;
+    EXPECT_TRUE(row->table->readDictionary(*make<Data>(Bytes(payload)), direct))
+        << row->table->name << " " << hexText(payload);
+  }
 }
 
 TEST(TheUnrolledReader, AgreesWithTheExactOneOnPayloadsCutAnywhere) {
