@@ -71,7 +71,7 @@ bool MetricValidator::handleMetric(const Dictionary& metric) {
     printLine("I dont care for this Metric");
     return false;
   }
-  const Value* payload = metric.find(_payloadKey);
+  const Value* payload = metric.find(_payloadKey, 1);
   const bool bytes = payload && payload->kind() == Value::Kind::data;
   auto store = row->decode(bytes ? payload->data() : nullptr);
   if (!store) fatal();

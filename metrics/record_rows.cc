@@ -1,6 +1,7 @@
 #include "metrics/record_rows.h"
 
 #include <algorithm>
+#include <array>
 
 namespace quorin {
 
@@ -57,10 +58,11 @@ constexpr RecordRow kRecordRows[] = {
 
 constexpr std::size_t kMostConversions = std::size(RecordRow{}.conversions);
 
-/// Converts the entries of one list, whose keys mostly stand at the same places in each.
+/// Converts the entries of one list, whose keys mostly stand where they stood in the entry before.
 class EntryConverter {
  public:
-  EntryConverter(const RecordRow& row, const MV& validator) : _row(row), _validator(validator) {}
+  EntryConverter(const RecordRow& row, const MV& validator)
+      : _row(row), _validator(validator), _places(placesOf(row)) {}
 
   [[nodiscard]] Dictionary operator()(Dictionary entry) {
     for (std::size_t i = 0; i < kMostConversions && _row.conversions[i].conversion; ++i) {
@@ -74,9 +76,16 @@ class EntryConverter {
   }
 
  private:
+  using Places = std::array<std::size_t, kMostConversions>;
+  /// Kept from list to list.
+  static Places& placesOf(const RecordRow& row) {
+    static std::array<Places, std::size(kRecordRows)> places{};
+    return places[static_cast<std::size_t>(&row - kRecordRows)];
+  }
+
   const RecordRow& _row;
   const MV& _validator;
-  std::size_t _places[kMostConversions]{};
+  Places& _places;
 };
 
 void rebuild(List& list, const RecordRow& row, const Dictionary& store, const MV& validator) {

@@ -99,8 +99,7 @@ template <class M, std::size_t row>
 [[gnu::always_inline]] inline Position content(Position at, Position end, std::size_t& length) {
   const auto [read, behind] = varint(at);
   length = static_cast<std::size_t>(read);
-  const bool whole =
-      behind && behind <= end && read <= static_cast<std::uint64_t>(end - behind);
+  const bool whole = behind && behind <= end && read <= static_cast<std::uint64_t>(end - behind);
   return whole ? behind : nullptr;
 }
 

@@ -14,9 +14,9 @@ namespace {
 // An entry is packed as key, type and content. A known key is one byte, its row; another is 0xff,
 // its length and its text. Texts and bytes carry a length of four bytes.
 constexpr Literal kKnownKeys[] = {
-    kKey<osmin::kKeyMetricID>,   kKey<osmin::kKeyPayload>,     kKey<osmin::kKeyProfileID>,
-    kKey<osmin::kKeyTriggerID>,  kKey<osmin::kKeyTriggerRef>,  kKey<osmin::kKeyTriggerType>,
-    kKey<osmin::kKeyAppID>,      kKey<osmin::kKeyPayloadType>,
+    kKey<osmin::kKeyMetricID>,  kKey<osmin::kKeyPayload>,     kKey<osmin::kKeyProfileID>,
+    kKey<osmin::kKeyTriggerID>, kKey<osmin::kKeyTriggerRef>,  kKey<osmin::kKeyTriggerType>,
+    kKey<osmin::kKeyAppID>,     kKey<osmin::kKeyPayloadType>,
 };
 constexpr std::uint8_t kOtherKey = 0xff;
 
@@ -81,17 +81,24 @@ class Unpacker {
  public:
   explicit Unpacker(Bytes packed) : _rest(packed) {}
 
+  /// A packed dictionary has each key once, and mostly few.
   Dictionary dictionary() {
-    Dictionary entries;
-    entries.reserve(std::size(kKnownKeys));
+    DictionaryMaker few(kFew);
+    for (std::size_t count = 0; count < kFew && !_rest.empty(); ++count) {
+      Value name = key();
+      few.append(std::move(name), value());
+    }
+    Dictionary entries = few.made();
     while (!_rest.empty()) {
       Value name = key();
-      entries.append(std::move(name), value());  // a packed dictionary has each key once
+      entries.append(std::move(name), value());
     }
     return entries;
   }
 
  private:
+  static constexpr std::size_t kFew = 8;
+
   template <class T>
   T plain() {
     T value;

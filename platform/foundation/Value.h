@@ -235,10 +235,10 @@ class Dictionary {
   [[nodiscard]] auto end() const { return entries().end(); }
   [[nodiscard]] const Entry& operator[](std::size_t index) const { return entries()[index]; }
 
-  /// The value under `key`, or null.
+  /// The value under `key`, or null. A good guess, where it may stand, saves the search.
   [[nodiscard]] const Value* find(std::string_view key) const { return find(Literal{key}); }
-  [[nodiscard]] const Value* find(Literal key) const {
-    const std::size_t index = indexOf(key);
+  [[nodiscard]] const Value* find(Literal key, std::size_t guess = 0) const {
+    const std::size_t index = indexOf(key, guess);
     return index == size() ? nullptr : &entries()[index].value;
   }
   /// The same, for a key that mostly stands near the end.
@@ -248,7 +248,7 @@ class Dictionary {
       if (isAt(all[i], key.text)) return &all[i].value;
     return find(key);
   }
-  /// The place of `key`, or the size. A good guess, where it may stand, saves the search.
+  /// The place of `key`, or the size.
   [[nodiscard]] std::size_t indexOf(Literal key, std::size_t guess = 0) const {
     const auto all = entries();
     return guess < all.size() && isAt(all[guess], key.text) ? guess : search(key);

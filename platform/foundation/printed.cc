@@ -39,6 +39,12 @@ std::pair<std::size_t, std::size_t> sequence(std::string_view text) {
 }
 
 bool isAscii(std::string_view text) {
+  constexpr std::uint64_t kHighBits = 0x8080808080808080;
+  std::uint64_t word = 0;
+  for (; text.size() >= sizeof word; text.remove_prefix(sizeof word)) {
+    std::memcpy(&word, text.data(), sizeof word);
+    if (word & kHighBits) return false;
+  }
   return std::ranges::all_of(text, [](char c) { return static_cast<std::uint8_t>(c) < 0x80; });
 }
 
@@ -70,29 +76,117 @@ constexpr auto kDigitPairs = [] {
   return pairs;
 }();
 
+[[gnu::always_inline]] inline char* putPair(char* at, std::uint32_t below100) {
+  std::memcpy(at, &kDigitPairs[below100 * 2], 2);
+  return at + 2;
+}
+
+/// Requires: room for 20 characters.
+[[gnu::always_inline]] inline char* putDigits(char* at, std::uint64_t number) {
+  if (number >= 10'000) return std::to_chars(at, at + 20, number).ptr;
+  auto rest = static_cast<std::uint32_t>(number);
+  if (rest >= 100) {
+    const std::uint32_t hundreds = rest / 100;
+    rest %= 100;
+    if (hundreds >= 10)
+      at = putPair(at, hundreds);
+    else
+      *at++ = static_cast<char>('0' + hundreds);
+  } else if (rest < 10) {
+    *at = static_cast<char>('0' + rest);
+    return at + 1;
+  }
+  return putPair(at, rest);
+}
+
+/// Literals that the compiler knows become a store each.
+[[gnu::always_inline]] inline char* put(char* at, std::string_view ascii) {
+  std::memcpy(at, ascii.data(), ascii.size());
+  return at + ascii.size();
+}
+
+/// Requires: room for a step more than the text is long, which may be read in such steps.
+[[gnu::always_inline]] inline char* putPadded(char* at, std::string_view text) {
+  for (std::size_t done = 0; done < text.size(); done += kPaddedStep)
+    std::memcpy(at + done, text.data() + done, kPaddedStep);
+  return at + text.size();
+}
+
 /// Writes into memory that its thread keeps, and appends that to a text when it ends.
 class Printer {
  public:
-  explicit Printer(std::string& out) : _out(out), _memory(std::exchange(kept(), {})) {}
+  explicit Printer(std::string& out)
+      : _out(out),
+        _memory(std::exchange(kept(), {})),
+        _at(begin()),
+        _end(begin() + _memory.second) {}
   ~Printer() {
-    _out.append(_memory.first.get(), _size);
+    _out.append(begin(), _at);
     kept() = std::move(_memory);
   }
   Printer(const Printer&) = delete;
   Printer& operator=(const Printer&) = delete;
 
-  void print(const Value& value) {
+  [[gnu::always_inline]] void print(const Value& value) {
+    if (value.isInteger() && value.kind() != Value::Kind::uint64) [[likely]]
+      _at = putSigned(room(kLongestNumber), *value.integer());
+    else
+      printOther(value);
+  }
+
+  void print(const List& list) {
+    if (list.empty()) return print("[]");
+    print("[");
+    for (const Value& value : list) {
+      print(value);
+      print(kSeparator);
+    }
+    endBehindSeparator();
+  }
+
+  void print(const Dictionary& dictionary) {
+    if (dictionary.empty()) return print("[:]");
+    print("[");
+    for (const auto& [key, value] : dictionary) {
+      if (key.isPadded()) [[likely]] {
+        const std::string_view text = key.text();
+        _at = put(putPadded(room(text.size() + kPaddedStep), text), kColon);
+      } else {
+        print(key);
+        print(kColon);
+      }
+      print(value);
+      print(kSeparator);
+    }
+    endBehindSeparator();
+  }
+
+ private:
+  using Memory = std::pair<std::unique_ptr<char[]>, std::size_t>;
+  static constexpr std::size_t kLongestNumber = 21;
+  static constexpr std::string_view kSeparator = ", ";
+  static constexpr std::string_view kColon = ": ";
+
+  static Memory& kept() {
+    thread_local Memory memory;
+    return memory;
+  }
+  [[nodiscard]] char* begin() const { return _memory.first.get(); }
+
+  static char* putSigned(char* at, std::int64_t number) {
+    if (number >= 0) return putDigits(at, static_cast<std::uint64_t>(number));
+    *at = '-';
+    return putDigits(at + 1, 0 - static_cast<std::uint64_t>(number));
+  }
+
+  void printOther(const Value& value) {
     switch (value.kind()) {
       case Value::Kind::nothing: return print("null");
       case Value::Kind::boolean: return print(value.boolean() ? "1" : "0");
-      case Value::Kind::uint64: return print(value.natural(), false);
+      case Value::Kind::uint64: _at = putDigits(room(kLongestNumber), value.natural()); return;
       case Value::Kind::int32:
       case Value::Kind::uint32:
-      case Value::Kind::int64: {
-        const std::int64_t number = *value.integer();
-        const auto natural = static_cast<std::uint64_t>(number);
-        return print(number < 0 ? 0 - natural : natural, number < 0);
-      }
+      case Value::Kind::int64: return;  // see `print`
       case Value::Kind::float32: return print(printed(value.float32()));
       case Value::Kind::float64: return print(printed(value.float64()));
       case Value::Kind::text: return printText(value);
@@ -102,96 +196,64 @@ class Printer {
     }
   }
 
-  void print(const List& list) {
-    std::string_view separator = "[";
-    for (const Value& value : list) {
-      print(std::exchange(separator, ", "));
-      print(value);
-    }
-    print(list.empty() ? "[]" : "]");
+  /// Puts the closing bracket in the place of the last separator.
+  void endBehindSeparator() {
+    *(_at - 2) = ']';
+    --_at;
   }
 
-  void print(const Dictionary& dictionary) {
-    std::string_view separator = "[";
-    for (const auto& [key, value] : dictionary) {
-      print(std::exchange(separator, ", "));
-      printText(key);
-      print(": ");
-      print(value);
-    }
-    print(dictionary.empty() ? "[:]" : "]");
-  }
-
- private:
-  using Memory = std::pair<std::unique_ptr<char[]>, std::size_t>;
-  static Memory& kept() {
-    thread_local Memory memory;
-    return memory;
-  }
-
-  /// Where so many characters may be written.
-  char* room(std::size_t count) {
-    if (_size + count > _memory.second) grow(count);
-    return _memory.first.get() + _size;
+  /// Where so many characters, and a few more, may be written.
+  [[gnu::always_inline]] char* room(std::size_t count) {
+    if (count + kMore > static_cast<std::size_t>(_end - _at)) [[unlikely]]
+      grow(count + kMore);
+    return _at;
   }
   [[gnu::noinline]] void grow(std::size_t count) {
     constexpr std::size_t kLeast = 4096;
-    const std::size_t size = std::max(kLeast, 2 * (_size + count));
+    const auto written = static_cast<std::size_t>(_at - begin());
+    const std::size_t size = std::max(kLeast, 2 * (written + count));
     Memory larger(new char[size], size);
-    if (_size > 0) std::memcpy(larger.first.get(), _memory.first.get(), _size);
+    if (written > 0) std::memcpy(larger.first.get(), begin(), written);
     _memory = std::move(larger);
+    _at = begin() + written;
+    _end = begin() + size;
   }
 
-  /// Literals that the compiler knows become a store each.
+  static constexpr std::size_t kMore = 8;
+
   [[gnu::always_inline]] void print(std::string_view ascii) {
-    char* at = room(ascii.size());
-    std::memcpy(at, ascii.data(), ascii.size());
-    _size += ascii.size();
+    _at = put(room(ascii.size()), ascii);
   }
 
-  void printText(const Value& value) {
-    const std::string_view text = value.text();
-    if (!value.isPlain() && !isAscii(text)) {
-      std::string shown;
-      appendUtf8(shown, text);
-      return print(shown);
-    }
-    if (!value.isPadded()) return print(text);
-    char* at = room(text.size() + kPaddedStep);
-    for (std::size_t done = 0; done < text.size(); done += kPaddedStep)
-      std::memcpy(at + done, text.data() + done, kPaddedStep);
-    _size += text.size();
-  }
-
-  [[gnu::always_inline]] void print(std::uint64_t number, bool negative) {
-    constexpr std::size_t kMost = 21;
-    char* at = room(kMost);
-    if (negative) *at++ = '-';
-    if (number < 10) {
-      *at++ = static_cast<char>('0' + number);
-    } else if (number < 100) {
-      std::memcpy(at, &kDigitPairs[number * 2], 2);
-      at += 2;
+  [[gnu::always_inline]] void printText(const Value& value) {
+    if (value.isPadded()) {
+      const std::string_view text = value.text();
+      _at = putPadded(room(text.size() + kPaddedStep), text);
     } else {
-      at = std::to_chars(at, at + kMost, number).ptr;
+      printUnpadded(value);
     }
-    _size = static_cast<std::size_t>(at - _memory.first.get());
+  }
+  void printUnpadded(const Value& value) {
+    const std::string_view text = value.text();
+    if (value.isPlain() || isAscii(text)) return print(text);
+    std::string shown;
+    appendUtf8(shown, text);
+    print(shown);
   }
 
   void print(Bytes bytes) {
-    print("<");
-    char* at = room(bytes.size() * 2);
+    char* at = put(room(2 * bytes.size() + 2), "<");
     for (const std::uint8_t byte : bytes) {
       *at++ = "0123456789abcdef"[byte >> 4];
       *at++ = "0123456789abcdef"[byte & 15];
     }
-    _size += bytes.size() * 2;
-    print(">");
+    _at = put(at, ">");
   }
 
   std::string& _out;
   Memory _memory;
-  std::size_t _size = 0;
+  char* _at;
+  char* _end;
 };
 
 }  // namespace
