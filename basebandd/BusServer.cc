@@ -72,6 +72,14 @@ class PeerChannel final : public EventChannel {
   bus::EventSource _input;
 };
 
+/// Takes the service's name. What a signal interrupts is asked again, and may have come true before.
+int takeName(sd_bus* bus) {
+  int result = 0;
+  do result = sd_bus_request_name(bus, bus::kName, 0);
+  while (result == -EINTR);
+  return result == -EALREADY ? 0 : result;
+}
+
 struct Untrack {
   void operator()(sd_bus_track* track) const { sd_bus_track_unref(track); }
 };
@@ -256,7 +264,7 @@ bool BusServer::start(std::string& reason) {
       sd_bus_add_object_vtable(_bus.get(), nullptr, bus::kPath, bus::kInterface, kInterface, this);
   const int watched = sd_event_add_post(_loop, nullptr, afterEach, this);
   int named = std::min({attached, added, watched});
-  if (named >= 0) named = sd_bus_request_name(_bus.get(), bus::kName, 0);
+  if (named >= 0) named = takeName(_bus.get());
   if (named < 0) {
     reason = std::string(bus::kName) + ": " +
              (named == -EEXIST ? "another service has this name" : std::strerror(-named));

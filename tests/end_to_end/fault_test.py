@@ -267,6 +267,16 @@ class WallClock:
         os.close(descriptor)
 
 
+def a_signal_while_the_name_is_taken_is_no_failure():
+    with PrivateBus(BIN) as bus:
+        bus.environment |= {
+            "LD_PRELOAD": PRELOAD, "QUORIN_INTERRUPTED": "1",
+            "ASAN_OPTIONS": os.environ.get("ASAN_OPTIONS", "") + ":verify_asan_link_order=0"}
+        service = bus.start([f"{BIN}/basebandd", *REPLAY], stderr=subprocess.PIPE)
+        came = wait_for(lambda: bus.run("metricctl", "status").returncode == 0 or service.poll() is not None)
+        check("the service comes up", came and service.poll() is None)
+
+
 YEARS = 56 * 365 * 86_400
 
 
@@ -328,4 +338,5 @@ run(a_disk_that_fills_keeps_what_was_recorded, an_output_that_is_full_is_told,
     a_service_killed_at_any_moment_costs_no_line, a_replay_into_a_service_that_dies_is_told,
     a_bus_that_goes_ends_who_needs_it, a_bus_that_is_full_says_so_and_keeps_its_clients,
     a_home_that_cannot_be_written_changes_nothing, another_locale_changes_no_number,
+    a_signal_while_the_name_is_taken_is_no_failure,
     a_clock_that_jumps_tears_nothing_apart, a_zone_that_changes_is_taken_up)

@@ -1,13 +1,18 @@
-// Loaded into a program before its libraries: lets a test set the program's wall clock.
+// Loaded into a program before its libraries: lets a test set the program's wall clock, and
+// interrupt it while it takes its name on the bus.
 
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 #include <atomic>
+#include <cerrno>
+#include <cstdint>
 #include <cstdlib>
 #include <ctime>
+#include <utility>
 
 namespace {
 
@@ -29,4 +34,13 @@ extern "C" int clock_gettime(clockid_t clock, timespec* time) noexcept {
   const auto result = static_cast<int>(syscall(SYS_clock_gettime, clock, time));
   if (result == 0 && clock == CLOCK_REALTIME && offset) time->tv_sec += offset->load();
   return result;
+}
+
+// The first time the name is taken, but a signal came before the answer.
+extern "C" int sd_bus_request_name(void* bus, const char* name, std::uint64_t flags) {
+  using RequestName = int (*)(void*, const char*, std::uint64_t);
+  static const auto next = reinterpret_cast<RequestName>(dlsym(RTLD_NEXT, "sd_bus_request_name"));
+  static bool interrupts = std::getenv("QUORIN_INTERRUPTED") != nullptr;
+  const int result = next(bus, name, flags);
+  return std::exchange(interrupts, false) ? -EINTR : result;
 }
