@@ -40,14 +40,15 @@ class Mutant:
 # ---- Reading C++ as far as is needed -----------------------------------------------------------
 
 _NOISE = re.compile(
-    r"""//[^\n]*|/\*.*?\*/|R"(?P<mark>[^(\s"]*)\(.*?\)(?P=mark)"|"(?:\\.|[^"\\\n])*"|(?<![\w'])'(?:\\.|[^'\\\n])+'"""
+    r"""//[^\n]*|\bstatic_assert\([^;]*;|/\*.*?\*/|R"(?P<mark>[^(\s"]*)\(.*?\)(?P=mark)"|"(?:\\.|[^"\\\n])*"|(?<![\w'])'(?:\\.|[^'\\\n])+'"""
     r"""|^[ \t]*\#[ \t]*(?:include|pragma|if|ifdef|ifndef|else|elif|endif|undef)\b[^\n]*""",
     re.S | re.M | re.X,
 )
 
 
 def code_of(text):
-    """The text with the same length, without comments, directives and what stands in quotes."""
+    """The text with the same length, without comments, directives, compile-time checks and what
+    stands in quotes."""
 
     def blank(match):
         found = match.group()
@@ -312,8 +313,8 @@ class Draw:
         return shares
 
     def slots(self, seed):
-        """The mutants of a seed, as a list of endless rows: where one does not compile or changes
-        nothing that can be seen, the next of its row takes its place."""
+        """The mutants of a seed, as a list of rows: where one does not compile or changes nothing
+        that can be seen, the next of its row takes its place."""
         named = self.named(seed)
         rows = [iter([mutant]) for mutant in named]
         for folder, share in self.shares(self.count - len(named)).items():
@@ -322,19 +323,26 @@ class Draw:
             for part, places in self.places[folder].items():
                 kinds[part] = sorted(places)
                 order.shuffle(kinds[part])
-            taken = {"table": 0, "code": 0}
+            drawn = []  # part and kind of each
             for i in range(share):
                 part = "table" if i % 5 in (0, 2) and kinds["table"] else "code"
-                kind = kinds[part][taken[part] % len(kinds[part])]
-                taken[part] += 1
-                rows.append(self._row(f"{seed} {folder} {i}", self.places[folder][part][kind]))
+                turn = sum(one == part for one, _ in drawn)
+                drawn.append((part, kinds[part][turn % len(kinds[part])]))
+            for i, (part, kind) in enumerate(drawn):
+                rows.append(self._row(seed, folder, part, kind, drawn[:i].count((part, kind)),
+                                      drawn.count((part, kind))))
         return rows
 
-    @staticmethod
-    def _row(name, places):
-        order = random.Random(name)
-        while True:
-            yield order.choice(places)
+    def _row(self, seed, folder, part, kind, turn, turns):
+        """Of the folder's places of this kind each `turns`th; behind them any of the folder."""
+        order = random.Random(f"{seed} {folder} {kind}")
+        places = self.places[folder][part]
+        pool = list(places[kind])
+        order.shuffle(pool)
+        yield from pool[turn::turns]
+        others = [place for other in sorted(places) if other != kind for place in places[other]]
+        order.shuffle(others)
+        yield from others[turn::turns]
 
     def first(self, seed):
         """What a seed draws when everything compiles."""
