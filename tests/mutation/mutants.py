@@ -233,6 +233,24 @@ _OPERATORS = [
 _OPERATORS = [(kind, re.compile(pattern), after) for kind, pattern, after in _OPERATORS]
 
 
+def _is_alone(code, at):
+    """Whether no other && or || stands beside this one: the compiler asks for brackets where the two
+    are mixed, so that changing one of several would not compile."""
+    for step in (-1, 1):
+        depth, i = 0, at
+        while 0 <= (i := i + step) < len(code):
+            c = code[i]
+            if c in ("([{" if step > 0 else ")]}"):
+                depth += 1
+            elif c in (")]}" if step > 0 else "([{"):
+                depth -= 1
+            if depth < 0 or (depth == 0 and c in ";?,"):
+                break
+            if depth == 0 and code[i : i + 2] in ("&&", "||") and abs(i - at) > 1:
+                return False
+    return True
+
+
 def operator_mutants(file, text, code):
     inside = [(r[0], r[1]) for table in tables_of(code) for r, _ in table]
     covered = bytearray(len(text))
@@ -241,6 +259,8 @@ def operator_mutants(file, text, code):
     for kind, pattern, after in _OPERATORS:
         for match in pattern.finditer(code):
             group = next(g for g in range(1, pattern.groups + 1) if match[g] is not None)
+            if kind == "logic" and not _is_alone(code, match.start(group)):
+                continue
             if not covered[match.start(group)]:
                 yield Mutant(file, kind, match.start(group), match.end(group), after)
     # A division that truncates, rounded.

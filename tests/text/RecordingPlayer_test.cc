@@ -1,5 +1,7 @@
 #include "platform/recording/RecordingPlayer.h"
 
+#include <unistd.h>
+
 #include <filesystem>
 #include <future>
 
@@ -14,7 +16,8 @@ using ::testing::IsEmpty;
 /// A recording in a file of its own, played to one client that notes the payloads.
 class Played {
  public:
-  explicit Played(const std::string& lines) : path(::testing::TempDir() + "recording.jsonl") {
+  explicit Played(const std::string& lines)
+      : path(::testing::TempDir() + "recording_" + std::to_string(::getpid()) + ".jsonl") {
     std::ofstream(path) << lines;
     service.install();
     queue = dispatch_queue_create("test");
