@@ -11,8 +11,8 @@ import sys
 import time
 
 from checks import check, run
-from modem_manager import (BEARER, GSM, GSM_CELL, LTE, LTE_CELL, MODEM, NAME, NETWORK, NR, NR_CELL,
-                           ROOT, SIGNAL, SIM, UMTS, UMTS_CELL, ModemManager, cell, modem)
+from modem_manager import (BEARER, GSM, GSM_CELL, LOCATION, LTE, LTE_CELL, MODEM, NAME, NETWORK, NR,
+                           NR_CELL, ROOT, SIGNAL, SIM, UMTS, UMTS_CELL, ModemManager, cell, modem)
 from private_bus import PrivateBus, resident_kilobytes, wait_for
 from raw_bus import ERROR, RawBus
 from recorded_pages import RecordedPages
@@ -297,6 +297,26 @@ def one_of_several_modems_is_followed():
             check("and no other", trial.stands(f"ModemManager knows no modem '{name}'"))
 
 
+def what_others_set_up_stays():
+    """The area code is asked for beside what is enabled; where nobody said so, nothing is signalled."""
+    for name, enabled, signals, asked in [
+            ("a position", 2, True, [3, True]), ("a position without signals", 2, False, [3, False]),
+            ("nothing", 0, None, [1, False]), ("the area code", 1, True, None)]:
+        interfaces = modem(0)
+        interfaces[LOCATION]["Enabled"] = ("u", enabled)
+        interfaces[LOCATION]["SignalsLocation"] = ("b", signals)
+        if signals is None:
+            del interfaces[LOCATION]["SignalsLocation"]
+        with Trial(modems={0: interfaces}) as trial:
+            path = trial.manager.path(0)
+            check(f"levels are asked for where others asked for {name}",
+                  wait_for(lambda: (path, [2]) in trial.manager.called("Setup")))
+            check("and cells, after the area code",
+                  wait_for(lambda: trial.manager.called("GetCellInfo")))
+            setups = [values for _, values in trial.manager.called("Setup") if values != [2]]
+            check(f"the area code: {setups}", setups == ([asked] if asked else []))
+
+
 def a_cell_list_that_is_not_offered_is_asked_for_once():
     with Trial(modems={0: modem(0, state=3)}) as trial:
         trial.manager.refused = "org.freedesktop.ModemManager1.Error.Core.Unsupported"
@@ -396,6 +416,6 @@ def the_policy_opens_what_is_read_and_nothing_else():
 run(the_policy_opens_what_is_read_and_nothing_else, a_cell_list_fills_the_pages,
     unknown_values_stay_absent, bearers_come_and_go, a_card_leaves_a_modem_that_stays,
     a_modem_on_nr_is_said_to_be, one_of_several_modems_is_followed,
-    a_cell_list_that_is_not_offered_is_asked_for_once, fifty_restarts_lose_nothing,
-    a_days_changes_leave_the_memory_flat,
+    what_others_set_up_stays, a_cell_list_that_is_not_offered_is_asked_for_once,
+    fifty_restarts_lose_nothing, a_days_changes_leave_the_memory_flat,
     *([a_cell_list_that_does_not_come_any_more_goes_stale] if SLOW else []))
