@@ -298,7 +298,7 @@ def one_of_several_modems_is_followed():
 
 
 def what_others_set_up_stays():
-    """The area code is asked for beside what is enabled; signals only where somebody wanted them."""
+    """The area code is asked for beside what is enabled; signals only where others wanted them."""
     for name, enabled, signals, asked in [
             ("a position", 2, True, [3, True]), ("no signals of it", 2, False, [3, False]),
             ("nothing", 0, None, [1, False]), ("the area code", 1, True, None)]:
