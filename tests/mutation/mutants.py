@@ -147,8 +147,8 @@ def _other_letter(letter):
     return chr(ord(letter) + 1) if letter.lower() != "z" else chr(ord(letter) - 1)
 
 
-def table_mutants(file, text, code):
-    for table in tables_of(code):
+def table_mutants(file, text, code, tables):
+    for table in tables:
         for i, (row, columns) in enumerate(table):
             yield from _numbers(code, *row, "table number", file)
             for match in re.finditer(r"\b(true|false)\b", code[row[0] : row[1]]):
@@ -251,8 +251,8 @@ def _is_alone(code, at):
     return True
 
 
-def operator_mutants(file, text, code):
-    inside = [(r[0], r[1]) for table in tables_of(code) for r, _ in table]
+def operator_mutants(file, text, code, tables):
+    inside = [row for table in tables for row, _ in table]
     covered = bytearray(len(text))
     for start, end in inside:
         covered[start:end] = b"\1" * (end - start)
@@ -300,10 +300,11 @@ class Draw:
         self.sizes = dict.fromkeys(FOLDERS, 0)
         for file, text in files.items():
             code = code_of(text)
+            tables = tables_of(code)
             folder = folder_of(file)
             self.sizes[folder] += sum(1 for line in code.splitlines() if line.strip())
             for part, made in (("table", table_mutants), ("code", operator_mutants)):
-                for mutant in made(file, text, code):
+                for mutant in made(file, text, code, tables):
                     self.places[folder][part].setdefault(mutant.kind, []).append(mutant)
 
     def named(self, seed):
