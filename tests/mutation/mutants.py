@@ -226,7 +226,7 @@ _OPERATORS = [
     ("rounding", r"\bstd::(floor)\b", "ceil"),
     ("rounding", r"\bstd::(ceil)\b", "floor"),
     ("rounding", r"\bstd::(trunc)\b", "round"),
-    ("rounding", r"\bstd::(l?l?round)\b", "floor"),
+    ("rounding", r"\bstd::(ll?round)\b", "int64_t"),
     ("truth", r"\b(true)\b", "false"),
     ("truth", r"\b(false)\b", "true"),
 ]
