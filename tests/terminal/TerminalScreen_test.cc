@@ -166,6 +166,14 @@ TEST(TerminalScreen, FindsWhileOneTypes) {
   EXPECT_THAT(shown.row(-1), Not(HasSubstr("nowhere")));
 }
 
+TEST(TerminalScreen, SaysInItsLastRowWhatCanBeDone) {
+  Shown shown;
+  EXPECT_THAT(shown.row(-1), EndsWith("  1/4   Enter open  q quit  / find  l log  ? keys"));
+  shown.press(U"j\r");
+  EXPECT_THAT(shown.row(-1), EndsWith("  1/14   Enter open  q back  / find  l log  ? keys"));
+  EXPECT_THAT(shown.row(-1, 24, 60), EndsWith("  1/14   ? keys")) << "where there is less room";
+}
+
 TEST(TerminalScreen, ListsItsKeys) {
   Shown shown;
   shown.press(U"?");

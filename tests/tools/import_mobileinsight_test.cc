@@ -131,6 +131,15 @@ TEST(MobileInsightImport, TakesWhatItsFieldCanHaveAndNothingBeyond) {
   const auto neighbour = [](const std::string& rest) {
     return record("LTE_PHY_Connected_Mode_Intra_Freq_Meas", "\"Neighbor Cells\":[{" + rest + "}]");
   };
+  const auto guti = [](const std::string& rest) {
+    return record("LTE_NAS_EMM_State", "\"GUTI Valid\":1," + rest);
+  };
+  const auto bearer = [](const std::string& rest) {
+    return record("LTE_NAS_ESM_State", "\"EPS bearer state\":2," + rest);
+  };
+  const auto fifthBearer = [](const std::string& rest) {
+    return record("LTE_NAS_ESM_State", "\"EPS bearer ID\":5," + rest);
+  };
   // The value that is taken comes out as the second column says; what lies beyond fills no event.
   struct {
     std::string (*of)(const std::string& rest);
@@ -154,6 +163,11 @@ TEST(MobileInsightImport, TakesWhatItsFieldCanHaveAndNothingBeyond) {
       {secondary, "RSRQ", {{"-29.9", "-2990"}, {"30", "3000"}}, {"-30", "-30.1", "30.1"}},
       {secondary, "RSSI", {{"-109.9", "-10990"}, {"0", "0"}}, {"-110", "-110.1", "0.1"}},
       {neighbour, "RSRP(dBm)", {{"-179.9", "-180"}, {"0", "0"}}, {"-180", "-180.1", "0.1"}},
+      {guti, "GUTI MME Group ID", {{R"("0xffff")", "65535"}}, {R"("0x010000")"}, R"("0xff0")"},
+      {guti, "GUTI MME Code", {{R"("0xff")", "255"}}, {R"("0x0100")"}, R"("0xf")"},
+      {guti, "GUTI M-TMSI", {{R"("0xffffffff")", "4294967295"}}, {}, R"("0x0100000000")"},
+      {bearer, "EPS bearer ID", {{"5", "5"}, {"15", "15"}}, {"4", "16"}, "5.5"},
+      {fifthBearer, "EPS bearer state", {{"2", "5"}}, {"1", "3", "2.5"}},
       {neighbour, "RSRQ(dB)", {{"-29.9", "-60"}, {"30", "60"}}, {"-30", "-30.1", "30.1"}},
   };
   for (const auto& row : rows) {
