@@ -8,6 +8,7 @@ import pathlib
 import re
 import subprocess
 import sys
+import tempfile
 import time
 
 from checks import check, run
@@ -35,7 +36,8 @@ class Trial(RecordedPages, PrivateBus):
         for number, interfaces in (modems or {0: modem(0)}).items():
             self.manager.add(number, interfaces)
         self.manager.start()
-        self.basebandd = self.service("--source", "modem", *arguments)
+        self.log = tempfile.TemporaryFile("w+")
+        self.basebandd = self.service("--source", "modem", *arguments, stderr=self.log)
         self.record()
 
     def levels(self, **technologies):
@@ -279,6 +281,11 @@ def a_modem_on_nr_is_said_to_be():
         check("beside LTE it is on LTE", trial.stands("registered, on LTE"))
         trial.basebandd.terminate()
         check("the service ends in order", trial.basebandd.wait(20) == 0)
+        trial.log.seek(0)
+        noted = [line for line in trial.log.read().splitlines() if "live modem" in line]
+        modem_0 = "basebandd: live modem 0 (Quorin Stand-in), registered, on "
+        check(f"the log has each change once: {noted}", noted[-2:] == [
+            modem_0 + "NR, not represented", modem_0 + "LTE"] and len(set(noted)) == len(noted))
 
 
 def one_of_several_modems_is_followed():
