@@ -8,11 +8,12 @@ import pathlib
 import re
 import subprocess
 import sys
+import tempfile
 import time
 
 from checks import check, run
-from modem_manager import (BEARER, GSM, GSM_CELL, LTE, LTE_CELL, MODEM, NAME, NETWORK, NR, NR_CELL,
-                           ROOT, SIGNAL, SIM, UMTS, UMTS_CELL, ModemManager, cell, modem)
+from modem_manager import (BEARER, GSM, GSM_CELL, LOCATION, LTE, LTE_CELL, MODEM, NAME, NETWORK, NR,
+                           NR_CELL, ROOT, SIGNAL, SIM, UMTS, UMTS_CELL, ModemManager, cell, modem)
 from private_bus import PrivateBus, resident_kilobytes, wait_for
 from raw_bus import ERROR, RawBus
 from recorded_pages import RecordedPages
@@ -35,7 +36,8 @@ class Trial(RecordedPages, PrivateBus):
         for number, interfaces in (modems or {0: modem(0)}).items():
             self.manager.add(number, interfaces)
         self.manager.start()
-        self.basebandd = self.service("--source", "modem", *arguments)
+        self.log = tempfile.TemporaryFile("w+")
+        self.basebandd = self.service("--source", "modem", *arguments, stderr=self.log)
         self.record()
 
     def levels(self, **technologies):
@@ -279,6 +281,11 @@ def a_modem_on_nr_is_said_to_be():
         check("beside LTE it is on LTE", trial.stands("registered, on LTE"))
         trial.basebandd.terminate()
         check("the service ends in order", trial.basebandd.wait(20) == 0)
+        trial.log.seek(0)
+        noted = [line for line in trial.log.read().splitlines() if "live modem" in line]
+        modem_0 = "basebandd: live modem 0 (Quorin Stand-in), registered, on "
+        check(f"the log has each change once: {noted}", noted[-2:] == [
+            modem_0 + "NR, not represented", modem_0 + "LTE"] and len(set(noted)) == len(noted))
 
 
 def one_of_several_modems_is_followed():
@@ -295,6 +302,26 @@ def one_of_several_modems_is_followed():
             check(f"the one named {name}", wait_for(lambda: "modem 2 " in trial.status()["source"]))
             trial.manager.remove(2)
             check("and no other", trial.stands(f"ModemManager knows no modem '{name}'"))
+
+
+def what_others_set_up_stays():
+    """The area code is asked for beside what is enabled; signals only where others wanted them."""
+    for name, enabled, signals, asked in [
+            ("a position", 2, True, [3, True]), ("no signals of it", 2, False, [3, False]),
+            ("nothing", 0, None, [1, False]), ("the area code", 1, True, None)]:
+        interfaces = modem(0)
+        interfaces[LOCATION]["Enabled"] = ("u", enabled)
+        interfaces[LOCATION]["SignalsLocation"] = ("b", signals)
+        if signals is None:
+            del interfaces[LOCATION]["SignalsLocation"]
+        with Trial(modems={0: interfaces}) as trial:
+            path = trial.manager.path(0)
+            check(f"levels are asked for where others asked for {name}",
+                  wait_for(lambda: (path, [2]) in trial.manager.called("Setup")))
+            check("and cells, after the area code",
+                  wait_for(lambda: trial.manager.called("GetCellInfo")))
+            setups = [values for _, values in trial.manager.called("Setup") if values != [2]]
+            check(f"the area code: {setups}", setups == ([asked] if asked else []))
 
 
 def a_cell_list_that_is_not_offered_is_asked_for_once():
@@ -396,6 +423,6 @@ def the_policy_opens_what_is_read_and_nothing_else():
 run(the_policy_opens_what_is_read_and_nothing_else, a_cell_list_fills_the_pages,
     unknown_values_stay_absent, bearers_come_and_go, a_card_leaves_a_modem_that_stays,
     a_modem_on_nr_is_said_to_be, one_of_several_modems_is_followed,
-    a_cell_list_that_is_not_offered_is_asked_for_once, fifty_restarts_lose_nothing,
-    a_days_changes_leave_the_memory_flat,
+    what_others_set_up_stays, a_cell_list_that_is_not_offered_is_asked_for_once,
+    fifty_restarts_lose_nothing, a_days_changes_leave_the_memory_flat,
     *([a_cell_list_that_does_not_come_any_more_goes_stale] if SLOW else []))

@@ -98,9 +98,9 @@ class PrivateBus:
                               text=True, timeout=60, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
                               **options)
 
-    def service(self, *arguments):
+    def service(self, *arguments, **options):
         """Starts the service; it is ready when its name is on the bus."""
-        process = self.start([f"{self.programs}/basebandd", *arguments])
+        process = self.start([f"{self.programs}/basebandd", *arguments], **options)
         if not wait_for(lambda: self.run("metricctl", "status").returncode == 0):
             raise RuntimeError("the service does not come up")
         return process

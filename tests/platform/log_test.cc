@@ -1,5 +1,12 @@
 #include "platform/foundation/log.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+
 #include "tests/support/rig.h"
 
 namespace quorin::test {
@@ -41,6 +48,33 @@ TEST(Log, WritesWholeLinesToItsStandardSinks) {
   flushPrintedLines();
   EXPECT_EQ(::testing::internal::GetCapturedStdout(), "two\nnot\n");
   EXPECT_EQ(::testing::internal::GetCapturedStderr(), "one %s\n\n");
+}
+
+/// What of a line stands in standard output before anyone flushes it.
+std::string writtenAtOnce(int end, int other) {
+  std::fflush(stdout);
+  const int kept = dup(STDOUT_FILENO);
+  dup2(other, STDOUT_FILENO);
+  standardOutputSink()("rsrp");
+  fcntl(end, F_SETFL, O_NONBLOCK);
+  char text[64];
+  const ssize_t length = read(end, text, sizeof text);
+  std::fflush(stdout);
+  dup2(kept, STDOUT_FILENO);
+  for (const int descriptor : {kept, end, other}) close(descriptor);
+  return {text, static_cast<std::size_t>(std::max<ssize_t>(length, 0))};
+}
+
+TEST(StandardOutputSink, GivesATerminalEachLineAtOnceAndOthersManyTogether) {
+  static char buffer[BUFSIZ];
+  std::setvbuf(stdout, buffer, _IOFBF, sizeof buffer);  // however the tests were started
+  const int end = posix_openpt(O_RDWR | O_NOCTTY);
+  ASSERT_EQ(grantpt(end), 0);
+  ASSERT_EQ(unlockpt(end), 0);
+  EXPECT_EQ(writtenAtOnce(end, open(ptsname(end), O_RDWR | O_NOCTTY)), "rsrp\r\n");
+  int ends[2];
+  ASSERT_EQ(pipe(ends), 0);
+  EXPECT_EQ(writtenAtOnce(ends[0], ends[1]), "");
 }
 
 }  // namespace

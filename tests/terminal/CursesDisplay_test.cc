@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <random>
+#include <regex>
 
 #include "app/interface.h"
 #include "metrics/registry/metric_ids.h"
@@ -183,6 +184,75 @@ TEST(CursesDisplay, ReadsKeysAndTheMouse) {
   EXPECT_EQ(inputs[6].kind, Input::Kind::wheel);
   EXPECT_GT(inputs[6].rows, 0);
   EXPECT_EQ(inputs[7].key, U'ä');
+}
+
+TEST(CursesDisplay, KnowsTheKeysOfTheTerminal) {
+  Environment environment;
+  Pty pty(24, 80);
+  CursesDisplay display({pty.descriptor(), "xterm-256color"});
+  const std::pair<const char*, char32_t> rows[] = {
+      {"\033OA", key::kUp},        {"\033OB", key::kDown},
+      {"\033OD", key::kLeft},      {"\033OC", key::kRight},
+      {"\033[5~", key::kPageUp},   {"\033[6~", key::kPageDown},
+      {"\033OH", key::kHome},      {"\033OF", key::kEnd},
+      {"\033[Z", key::kBackTab},   {"\033OM", key::kEnter},
+      {"\033[3~", key::kBackspace}, {"\177", key::kBackspace},
+      {"\b", key::kBackspace},     {"\t", key::kTab},
+      {"\r", key::kEnter},         {"\033", key::kEscape},
+  };
+  for (const auto& [typed, pressed] : rows) {
+    pty.type(typed);
+    const auto input = display.next();
+    ASSERT_TRUE(input) << typed + 1;
+    EXPECT_EQ(input->kind, Input::Kind::key) << typed + 1;
+    EXPECT_EQ(input->key, pressed) << typed + 1;
+  }
+  pty.type("\033[15~x");
+  const auto next = display.next();
+  ASSERT_TRUE(next);
+  EXPECT_EQ(next->key, U'x') << "a key that has no meaning is passed over";
+}
+
+/// The looks that are switched on before a style's text.
+std::string lookOf(const std::string& type, Style style) {
+  Environment environment;
+  Pty pty(24, 80);
+  CursesDisplay display({pty.descriptor(), type});
+  Canvas canvas(24, 80, display.charset());
+  canvas.put(5, 0, 80, "rsrp", style);
+  display.show(canvas);
+  const std::string written = pty.written();
+  const std::string before = written.substr(written.rfind('J', written.find("rsrp")));
+  static const std::regex kLook("\033\\[([0-9;]*)m(?=[^]*rsrp)");
+  std::string looks;
+  for (std::sregex_iterator look(before.begin(), before.end(), kLook), end; look != end; ++look)
+    looks += (looks.empty() ? "" : " ") + look->str(1);
+  return looks;
+}
+
+TEST(CursesDisplay, GivesEachStyleItsLook) {
+  struct {
+    Style style;
+    const char* plain;
+    const char* few;
+    const char* many;
+  } const rows[] = {
+      {Style::plain, "", "", ""},
+      {Style::bar, "0;7", "0;7", "38;5;250 48;5;236"},
+      {Style::barTitle, "0;1;7", "0;1;7", "0;1 38;5;255 48;5;236"},
+      {Style::header, "0;1", "0;1 36", "0;1 38;5;31"},
+      {Style::quiet, "0", "0;2", "38;5;244"},  // the first has no faint letters
+      {Style::changed, "", "", ""},
+      {Style::selected, "0;7", "0;7", "38;5;255 48;5;25"},
+      {Style::open, "0;1", "0;1", "0;1"},
+      {Style::prompt, "0;1", "0;1", "0;1"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(static_cast<int>(row.style));
+    EXPECT_EQ(lookOf("vt220", row.style), row.plain);
+    EXPECT_EQ(lookOf("xterm", row.style), row.few);
+    EXPECT_EQ(lookOf("xterm-256color", row.style), row.many);
+  }
 }
 
 TEST(CursesDisplay, TakesOverTheSizeOfTheTerminal) {

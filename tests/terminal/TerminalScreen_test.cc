@@ -166,11 +166,41 @@ TEST(TerminalScreen, FindsWhileOneTypes) {
   EXPECT_THAT(shown.row(-1), Not(HasSubstr("nowhere")));
 }
 
+TEST(TerminalScreen, SaysInItsLastRowWhatCanBeDone) {
+  Shown shown;
+  EXPECT_THAT(shown.row(-1), EndsWith("  1/4   Enter open  q quit  / find  l log  ? keys"));
+  shown.press(U"j\r");
+  EXPECT_THAT(shown.row(-1), EndsWith("  1/14   Enter open  q back  / find  l log  ? keys"));
+  EXPECT_THAT(shown.row(-1, 24, 60), EndsWith("  1/14   ? keys")) << "where there is less room";
+}
+
 TEST(TerminalScreen, ListsItsKeys) {
   Shown shown;
   shown.press(U"?");
-  const std::string help = shown.drawn();
-  for (const KeyRow& row : keyRows()) EXPECT_THAT(help, HasSubstr(std::string(row.help)));
+  EXPECT_EQ(shown.drawn(),
+            " Keys\n"
+            " ↑ k                row before\n"
+            " ↓ j                row after\n"
+            " PgUp Ctrl-B        screen before\n"
+            " PgDn Ctrl-F Space  screen after\n"
+            " Home g             first row\n"
+            " End G              last row\n"
+            " Enter              open the row's page\n"
+            " Esc Backspace      close the page\n"
+            " q                  close the page; on the first one, quit\n"
+            " ← h Shift-Tab      page before, which leaves this one open\n"
+            " → Tab              open page behind\n"
+            " /                  find in the page\n"
+            " n                  find the next\n"
+            " N                  find the one before\n"
+            " l                  log lines: show or hide\n"
+            " <                  older log lines\n"
+            " >                  newer log lines\n"
+            " m                  mouse: ours or the terminal's\n"
+            " Ctrl-L             paint the screen anew\n"
+            " ?                  this page; any other key leaves it\n"
+            "\n\n"
+            " any other key goes back\n");
   shown.press(U"x");
   EXPECT_EQ(shown.row(0), " Quorin");
   shown.press(U"?");
@@ -257,6 +287,45 @@ TEST(TerminalScreen, DrawsAtAnySize) {
   shown.press(U"j\rj\r\rl");
   for (int rows = 1; rows < 30; ++rows)
     for (int columns = 1; columns < 160; columns += 3) shown.drawn(rows, columns);
+}
+
+TEST(Keys, MeanWhatTheHelpSays) {
+  struct {
+    Action action;
+    std::u32string keys;
+  } const rows[] = {
+      {Action::up, {key::kUp, 'k'}},
+      {Action::down, {key::kDown, 'j'}},
+      {Action::pageUp, {key::kPageUp, 2}},
+      {Action::pageDown, {key::kPageDown, 6, ' '}},
+      {Action::first, {key::kHome, 'g'}},
+      {Action::last, {key::kEnd, 'G'}},
+      {Action::open, {key::kEnter, '\n'}},
+      {Action::close, {key::kEscape, key::kBackspace}},
+      {Action::quit, {'q'}},
+      {Action::left, {key::kLeft, 'h', key::kBackTab}},
+      {Action::right, {key::kRight, key::kTab}},
+      {Action::find, {'/'}},
+      {Action::findNext, {'n'}},
+      {Action::findPrevious, {'N'}},
+      {Action::log, {'l'}},
+      {Action::logOlder, {'<'}},
+      {Action::logNewer, {'>'}},
+      {Action::mouse, {'m'}},
+      {Action::repaint, {12}},
+      {Action::help, {'?'}},
+  };
+  std::size_t keys = 0;
+  for (const auto& row : rows)
+    for (const char32_t pressed : row.keys) {
+      ++keys;
+      ASSERT_TRUE(keyRow(pressed)) << static_cast<unsigned>(pressed);
+      EXPECT_EQ(keyRow(pressed)->action, row.action) << static_cast<unsigned>(pressed);
+    }
+  std::size_t known = 0;
+  for (const KeyRow& row : keyRows())
+    for (const char32_t pressed : row.keys) known += pressed != 0;
+  EXPECT_EQ(keys, known);
 }
 
 TEST(Keys, HaveOneMeaningEach) {

@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <cwchar>
+
 #include "platform/terminal/Canvas.h"
 #include "platform/terminal/sparkline.h"
 #include "tests/terminal/locale.h"
@@ -20,6 +22,12 @@ std::vector<std::string> lines(std::string_view text, int columns) {
   for (const Glyphs& line : wrapped(glyphsOf(text, Charset::unicode), columns))
     lines.push_back(textOf(line));
   return lines;
+}
+
+/// The code point's bytes; at least U+0800, below the surrogates or above them.
+std::string utf8(char32_t code) {
+  const auto byte = [](char32_t value) { return static_cast<char>(value); };
+  return {byte(0xe0 | code >> 12), byte(0x80 | (code >> 6 & 0x3f)), byte(0x80 | (code & 0x3f))};
 }
 
 TEST(Glyphs, NeverSteerATerminal) {
@@ -42,6 +50,31 @@ TEST(Glyphs, NeverSteerATerminal) {
     EXPECT_EQ(shown(row.text), row.unicode);
     EXPECT_EQ(shown(row.text, Charset::ascii), row.ascii);
   }
+}
+
+TEST(Glyphs, LetNothingInvisibleThrough) {
+  const Utf8Locale locale;
+  struct {
+    char32_t first;
+    char32_t last;
+  } const ranges[] = {
+      {0x200b, 0x200f}, {0x2028, 0x202e}, {0x2060, 0x206f}, {0xfe00, 0xfe0f}, {0xfeff, 0xfeff}};
+  for (const auto& range : ranges) {
+    for (char32_t code = range.first; code <= range.last; ++code)
+      EXPECT_EQ(shown("a" + utf8(code)), "a\uFFFD") << std::hex << static_cast<unsigned>(code);
+    for (const char32_t code : {range.first - 1, range.last + 1})
+      if (wcwidth(static_cast<wchar_t>(code)) >= 0) {
+        EXPECT_EQ(shown("a" + utf8(code)), "a" + utf8(code)) << static_cast<unsigned>(code);
+      }
+  }
+  EXPECT_EQ(shown("a漢\uFFFD"), "a漢\uFFFD") << "and everything else";
+}
+
+TEST(Glyphs, OfOursHaveALikenessInAscii) {
+  EXPECT_EQ(shown("›│─…•↑↓×←→·≤≥−–µ°", Charset::ascii), ">|-~*^vx<>.<=>=--uo");
+  std::string printable;
+  for (char c = ' '; c <= '~'; ++c) printable += c;
+  EXPECT_EQ(shown(printable, Charset::ascii), printable);
 }
 
 TEST(Glyphs, TakeTheColumnsOfTheTerminal) {
@@ -94,6 +127,8 @@ TEST(Sparkline, GoesFromTheLowestToTheHighestValue) {
   EXPECT_EQ(textOf(sparkline(trendOf({0, 1, 2, 3, 4, 5, 6, 7}), unicode)), "▁▂▃▄▅▆▇█");
   EXPECT_EQ(textOf(sparkline(trendOf({-97, -97.5}), unicode)), "█▁");
   EXPECT_EQ(textOf(sparkline(trendOf({-1.7e308, 1.7e308, 0}), unicode)), "▁█▅");
+  EXPECT_EQ(textOf(sparkline(trendOf({0, 10, 3.5, 3.6, 9.2, 9.3}), unicode)), "▁█▃▄▇█")
+      << "the nearest block";
 }
 
 TEST(Sparkline, ShowsTheLatestPoints) {

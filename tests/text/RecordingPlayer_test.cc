@@ -1,6 +1,9 @@
 #include "platform/recording/RecordingPlayer.h"
 
+#include <unistd.h>
+
 #include <filesystem>
+#include <future>
 
 #include "tests/support/rig.h"
 
@@ -13,7 +16,8 @@ using ::testing::IsEmpty;
 /// A recording in a file of its own, played to one client that notes the payloads.
 class Played {
  public:
-  explicit Played(const std::string& lines) : path(::testing::TempDir() + "recording.jsonl") {
+  explicit Played(const std::string& lines)
+      : path(::testing::TempDir() + "recording_" + std::to_string(::getpid()) + ".jsonl") {
     std::ofstream(path) << lines;
     service.install();
     queue = dispatch_queue_create("test");
@@ -68,6 +72,23 @@ TEST(RecordingPlayer, PlaysFasterByTheSpeed) {
   EXPECT_THAT(played.step(player), ElementsAre("01"));
   played.clock.advance(Milliseconds{200});
   EXPECT_THAT(played.step(player), ElementsAre("02", "03"));
+}
+
+TEST(RecordingPlayer, HandsOver256AtAStepAndNoneWhile1024Wait) {
+  std::string lines;
+  for (int i = 0; i < 1500; ++i) lines += "{\"kKeyMetricID\":1,\"kKeyPayload\":\"01\",\"t\":0}\n";
+  Played played(lines);
+  RecordingPlayer player(played.path, std::nullopt, played.service);
+  std::promise<void> held;
+  played.queue->post([&held] { held.get_future().wait(); });
+  for (const std::size_t pending : {256U, 512U, 768U, 1024U, 1024U}) {
+    player.step();
+    EXPECT_EQ(played.service.pending(), pending);
+  }
+  held.set_value();
+  waitUntilDone(*played.queue);
+  EXPECT_EQ(played.service.pending(), 0U);
+  EXPECT_THAT(played.step(player), ::testing::SizeIs(1024 + 256));
 }
 
 TEST(RecordingPlayer, PlaysAsFastAsItIsTakenAndNamesUnreadableLines) {

@@ -110,6 +110,88 @@ TEST(GnettrackImport, FindsColumnsByTheirNames) {
       ElementsAre("KCellularWcdmaScellMeasurement {\"rx_info\":[{\"rssi\":-83}]}"));
 }
 
+TEST(GnettrackImport, TakesWhatItsFieldCanHaveAndNothingBeyond) {
+  struct {
+    const char* technology;
+    const char* column;
+    std::vector<const char*> taken;
+    std::vector<const char*> beyond;
+    const char* broken = nullptr;  // where the field has whole numbers only
+  } const rows[] = {
+      {"4G", "PSC", {"0", "503"}, {"-1", "504"}, "2.5"},
+      {"4G", "ARFCN", {"0", "262143"}, {"-1", "262144"}, "2.5"},
+      {"4G", "LAC", {"1", "65533"}, {"0", "65534"}, "2.5"},
+      {"4G", "BAND", {"L1", "L256"}, {"L0", "L257", "L2.5", "U1"}},
+      {"4G", "Level", {"-139", "-45", "-112", "-114", "-50", "-52"}, {"-140", "-44", "-113", "-51"}},
+      {"4G", "Qual", {"-34", "3"}, {"-35", "4"}},
+      {"4G", "SNR", {"-30", "50"}, {"-30.5", "50.5"}},
+      {"3G", "LAC", {"1", "65533"}, {"0", "65534"}, "2.5"},
+      {"3G", "ARFCN", {"0", "16383"}, {"-1", "16384"}, "2.5"},
+      {"3G", "PSC", {"0", "511"}, {"-1", "512"}, "2.5"},
+      {"3G", "Level", {"-119", "-25", "-112", "-114", "-50", "-52"}, {"-120", "-24", "-113", "-51"}},
+      {"2G", "LAC", {"1", "65533"}, {"0", "65534"}, "2.5"},
+      {"2G", "CellID", {"0", "65535"}, {"-1", "65536"}, "2.5"},
+      {"2G", "ARFCN", {"0", "1023"}, {"-1", "1024"}, "2.5"},
+      {"2G", "PSC", {"0", "63"}, {"-1", "64"}, "2.5"},
+      {"2G", "Level", {"-112", "-49", "-50", "-52"}, {"-113", "-48", "-51"}},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(std::string(row.technology) + " " + row.column);
+    const auto read = [&](const char* value) {
+      return import(std::string("Timestamp\tNetworkTech\t") + row.column +
+                    "\n1970.01.01_00.00.01\t" + row.technology + "\t" + value + "\n");
+    };
+    for (const char* value : row.taken)
+      EXPECT_THAT(read(value).events, SizeIs(1)) << value;
+    for (const char* value : row.beyond) {
+      EXPECT_THAT(read(value).events, IsEmpty()) << value;
+      EXPECT_EQ(read(value).exitCode, 0) << value;
+    }
+    if (row.broken) {
+      EXPECT_EQ(read(row.broken).exitCode, 1) << row.broken;
+    }
+  }
+}
+
+TEST(GnettrackImport, JoinsWhatItsPartsCanHaveAndNothingBeyond) {
+  struct {
+    const char* technology;
+    const char* node;
+    const char* cell;
+    std::vector<std::string> events;
+  } const rows[] = {
+      {"4G", "1048575", "255", {"KCellularLteScellInfo {\"cell_id\":268435455}"}},
+      {"4G", "1048576", "255", {}},
+      {"4G", "1048575", "256", {}},
+      {"3G", "4095", "65535", {"KCellularWcdmaCellInfo {\"cell_id\":268435455}"}},
+      {"3G", "4096", "65535", {}},
+      {"3G", "4095", "65536", {}},
+  };
+  for (const auto& row : rows)
+    EXPECT_EQ(events(std::string("Timestamp\tNetworkTech\tNode\tCellID\n1970.01.01_00.00.01\t") +
+                     row.technology + "\t" + row.node + "\t" + row.cell + "\n"),
+              row.events)
+        << row.technology << " " << row.node << " " << row.cell;
+}
+
+TEST(GnettrackImport, KnowsTheBandsThatItsLettersName) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"3G\tU1", "SYS_BAND_WCDMA_I_IMT_2000"},  {"3G\tU2", "SYS_BAND_WCDMA_II_PCS_1900"},
+      {"3G\tU3", "SYS_BAND_WCDMA_III_1700"},    {"3G\tU4", "SYS_BAND_WCDMA_IV_1700"},
+      {"3G\tU5", "SYS_BAND_WCDMA_V_850"},       {"3G\tU6", "SYS_BAND_WCDMA_VI_800"},
+      {"3G\tU7", "SYS_BAND_WCDMA_VII_2600"},    {"3G\tU8", "SYS_BAND_WCDMA_VIII_900"},
+      {"3G\tU9", "SYS_BAND_WCDMA_IX_1700"},     {"3G\tU11", "SYS_BAND_WCDMA_XI_1500"},
+      {"3G\tU19", "SYS_BAND_WCDMA_XIX_850"},    {"2G\tG850", "SYS_BAND_GSM_850"},
+      {"2G\tG1800", "SYS_BAND_GSM_DCS_1800"},   {"2G\tG1900", "SYS_BAND_GSM_PCS_1900"},
+  };
+  for (const auto& [cells, name] : rows)
+    EXPECT_THAT(events(std::string("Timestamp\tNetworkTech\tBAND\n1970.01.01_00.00.01\t") + cells +
+                       "\n"),
+                ElementsAre(EndsWith("\"" + std::string(name) + "\"}")))
+        << cells;
+  EXPECT_THAT(events("Timestamp\tNetworkTech\tBAND\n1970.01.01_00.00.01\t2G\tG900\n"), IsEmpty());
+}
+
 TEST(GnettrackImport, NamesAMalformedRowAndGoesOn) {
   const std::string good = row("\t\t\t7000\t4G\t\t\t\t\t\t");
   const std::pair<const char*, const char*> rows[] = {

@@ -5,6 +5,7 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::EndsWith;
+using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
 
@@ -116,6 +117,78 @@ TEST(MobileInsightImport, NamesAMalformedRecordAndGoesOn) {
     EXPECT_EQ(result.exitCode, 1) << reason;
     EXPECT_THAT(result.events, SizeIs(2)) << reason;
     EXPECT_THAT(result.complaints, EndsWith("drive:2: " + std::string(reason) + "\n"));
+  }
+}
+
+TEST(MobileInsightImport, TakesWhatItsFieldCanHaveAndNothingBeyond) {
+  const auto serving = [](const std::string& rest) { return record("LTE_RRC_Serv_Cell_Info", rest); };
+  const auto primary = [](const std::string& rest) {
+    return cell("\"Serving Cell Index\":\"PCell\"," + rest);
+  };
+  const auto secondary = [](const std::string& rest) {
+    return cell("\"Serving Cell Index\":\"4_SCell\"," + rest);
+  };
+  const auto neighbour = [](const std::string& rest) {
+    return record("LTE_PHY_Connected_Mode_Intra_Freq_Meas", "\"Neighbor Cells\":[{" + rest + "}]");
+  };
+  const auto guti = [](const std::string& rest) {
+    return record("LTE_NAS_EMM_State", "\"GUTI Valid\":1," + rest);
+  };
+  const auto bearer = [](const std::string& rest) {
+    return record("LTE_NAS_ESM_State", "\"EPS bearer state\":2," + rest);
+  };
+  const auto fifthBearer = [](const std::string& rest) {
+    return record("LTE_NAS_ESM_State", "\"EPS bearer ID\":5," + rest);
+  };
+  // The value that is taken comes out as the second column says; what lies beyond fills no event.
+  struct {
+    std::string (*of)(const std::string& rest);
+    const char* name;
+    std::vector<std::pair<const char*, const char*>> taken;
+    std::vector<const char*> beyond;
+    const char* broken = nullptr;  // where the field has whole numbers only
+  } const rows[] = {
+      {serving, "Cell ID", {{"0", "0"}, {"503", "503"}}, {"-1", "504"}, "2.5"},
+      {serving, "Uplink frequency", {{"0", "0"}, {"262143", "262143"}}, {"-1", "262144"}, "2.5"},
+      {serving, "Uplink bandwidth", {{"1.4", "3"}, {"20", "40"}}, {"1.3", "20.1"}},
+      {serving, "Cell Identity", {{"0", "0"}, {"268435455", "268435455"}}, {"-1", "268435456"}, "2.5"},
+      {serving, "Band Indicator", {{"1", "1"}, {"256", "256"}}, {"0", "257"}, "2.5"},
+      {serving, "TAC", {{"1", "1"}, {"65533", "65533"}}, {"0", "65534"}, "2.5"},
+      {serving, "MCC", {{"1", "1"}, {"999", "999"}}, {"0", "1000"}, "2.5"},
+      {serving, "MNC", {{"0", "0"}, {"999", "999"}}, {"-1", "1000"}, "2.5"},
+      {primary, "RSRP Rx[0]", {{"-179.9", "-180"}, {"0", "0"}}, {"-180", "-180.1", "0.1"}},
+      {primary, "RSRQ Rx[1]", {{"-29.9", "-30"}, {"30", "30"}}, {"-30", "-30.1", "30.1"}},
+      {primary, "FTL SNR Rx[0]", {{"-19.9", "-40"}, {"60", "120"}}, {"-20", "-20.1", "60.1"}},
+      {secondary, "RSRP", {{"-179.9", "-17990"}, {"0", "0"}}, {"-180", "-180.1", "0.1"}},
+      {secondary, "RSRQ", {{"-29.9", "-2990"}, {"30", "3000"}}, {"-30", "-30.1", "30.1"}},
+      {secondary, "RSSI", {{"-109.9", "-10990"}, {"0", "0"}}, {"-110", "-110.1", "0.1"}},
+      {neighbour, "RSRP(dBm)", {{"-179.9", "-180"}, {"0", "0"}}, {"-180", "-180.1", "0.1"}},
+      {guti, "GUTI MME Group ID", {{R"("0xffff")", "65535"}}, {R"("0x010000")"}, R"("0xff0")"},
+      {guti, "GUTI MME Code", {{R"("0xff")", "255"}}, {R"("0x0100")"}, R"("0xf")"},
+      {guti, "GUTI M-TMSI", {{R"("0xffffffff")", "4294967295"}}, {}, R"("0x0100000000")"},
+      {bearer, "EPS bearer ID", {{"5", "5"}, {"15", "15"}}, {"4", "16"}, "5.5"},
+      {fifthBearer, "EPS bearer state", {{"2", "5"}}, {"1", "3", "2.5"}},
+      {neighbour, "RSRQ(dB)", {{"-29.9", "-60"}, {"30", "60"}}, {"-30", "-30.1", "30.1"}},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    const auto read = [&](const char* value) {
+      return import(row.of("\"" + std::string(row.name) + "\":" + value));
+    };
+    for (const auto& [value, field] : row.taken) {
+      const Import result = read(value);
+      ASSERT_FALSE(result.events.empty()) << value;
+      EXPECT_THAT(result.events[0], HasSubstr(":" + std::string(field) + "}")) << value;
+    }
+    for (const char* value : row.beyond) {
+      const Import result = read(value);
+      for (const std::string& event : result.events)
+        EXPECT_THAT(event, EndsWith("\"index\":4}]}")) << value << ": its carrier alone";
+      EXPECT_EQ(result.exitCode, 0) << value;
+    }
+    if (row.broken) {
+      EXPECT_EQ(read(row.broken).exitCode, 1) << row.broken;
+    }
   }
 }
 

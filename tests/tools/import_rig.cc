@@ -30,8 +30,9 @@ std::string eventText(const Json& line, std::vector<std::int64_t>& times) {
 }  // namespace
 
 std::string inFolder(const std::string& name) {
-  const auto folder = std::filesystem::path(::testing::TempDir()) /
-                      ::testing::UnitTest::GetInstance()->current_test_info()->name();
+  const auto* test = ::testing::UnitTest::GetInstance()->current_test_info();
+  const auto folder =
+      std::filesystem::path(::testing::TempDir()) / test->test_suite_name() / test->name();
   std::filesystem::create_directories(folder);
   return folder / name;
 }

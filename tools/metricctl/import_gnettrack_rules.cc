@@ -13,11 +13,11 @@ namespace quorin::metricctl {
 namespace {
 
 // A level at an end of the phone's scale of 31 steps says nothing: the phone had none to report.
-constexpr Quantity kLteLevel{.lowest = -139, .highest = -45, .fillers = {-113, -51}};
+constexpr Quantity kLteLevel{.lowest = -139, .highest = -45, .filler = -113, .otherFiller = -51};
 constexpr Quantity kLteQual{.lowest = -34, .highest = 3};
 constexpr Quantity kLteSnr{.lowest = -30, .highest = 50, .scale = 2};
-constexpr Quantity kUmtsLevel{.lowest = -119, .highest = -25, .fillers = {-113, -51}};
-constexpr Quantity kGsmLevel{.lowest = -112, .highest = -49, .fillers = {-113, -51}};
+constexpr Quantity kUmtsLevel{.lowest = -119, .highest = -25, .filler = -113, .otherFiller = -51};
+constexpr Quantity kGsmLevel{.lowest = -112, .highest = -49, .filler = -113, .otherFiller = -51};
 
 constexpr NamedNumber kUmtsBands[] = {
     {"U1", valueOf(names::SYS_BAND, "SYS_BAND_WCDMA_I_IMT_2000")},

@@ -18,13 +18,13 @@ namespace {
 constexpr std::string_view kTimePattern = "YYYY-MM-DD hh:mm:ss";
 
 // The modem codes a level in steps from the lowest: a level at that end was never measured.
-constexpr Quantity kRsrp{.lowest = -180, .highest = 0, .fillers = {-180}};
-constexpr Quantity kRsrq{.lowest = -30, .highest = 30, .fillers = {-30}};
-constexpr Quantity kRsrqHalfSteps{.lowest = -30, .highest = 30, .scale = 2, .fillers = {-30}};
-constexpr Quantity kSnrHalfSteps{.lowest = -20, .highest = 60, .scale = 2, .fillers = {-20}};
-constexpr Quantity kRsrpHundredths{.lowest = -180, .highest = 0, .scale = 100, .fillers = {-180}};
-constexpr Quantity kRsrqHundredths{.lowest = -30, .highest = 30, .scale = 100, .fillers = {-30}};
-constexpr Quantity kRssiHundredths{.lowest = -110, .highest = 0, .scale = 100, .fillers = {-110}};
+constexpr Quantity kRsrp{.lowest = -180, .highest = 0, .filler = -180};
+constexpr Quantity kRsrq{.lowest = -30, .highest = 30, .filler = -30};
+constexpr Quantity kRsrqHalfSteps{.lowest = -30, .highest = 30, .scale = 2, .filler = -30};
+constexpr Quantity kSnrHalfSteps{.lowest = -20, .highest = 60, .scale = 2, .filler = -20};
+constexpr Quantity kRsrpHundredths{.lowest = -180, .highest = 0, .scale = 100, .filler = -180};
+constexpr Quantity kRsrqHundredths{.lowest = -30, .highest = 30, .scale = 100, .filler = -30};
+constexpr Quantity kRssiHundredths{.lowest = -110, .highest = 0, .scale = 100, .filler = -110};
 constexpr Quantity kBandwidth{.lowest = 1.4, .highest = 20, .unit = "MHz"};
 constexpr Quantity kBandwidthTwice{.lowest = 1.4, .highest = 20, .scale = 2, .unit = "MHz"};
 constexpr Quantity kMmegi{.highest = 0xFFFF, .whole = true};

@@ -30,7 +30,7 @@ std::optional<Number> parsed(std::string_view text, auto... base) {
 Reading inUnit(double number, const Quantity& quantity) {
   if (!std::isfinite(number)) return Reading::malformed();
   if (number < quantity.lowest || number > quantity.highest) return {};
-  if (std::ranges::find(quantity.fillers, number) != std::end(quantity.fillers)) return {};
+  if (number == quantity.filler || number == quantity.otherFiller) return {};
   if (quantity.whole && number != std::floor(number)) return Reading::malformed();
   return Reading::of(std::llround(number * quantity.scale));
 }

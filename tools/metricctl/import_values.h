@@ -21,7 +21,8 @@ struct Quantity {
   double scale = 1;
   bool whole = false;       // a channel, an identity or a count: a fraction is malformed
   std::string_view unit{};  // what may stand behind the number
-  double fillers[2] = {kNone, kNone};
+  double filler = kNone;    // what only stands where a value would
+  double otherFiller = kNone;
 
   static constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
 };

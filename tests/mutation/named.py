@@ -1,0 +1,31 @@
+"""Mutants that are in the draw by name: of each group, each seed has one in turn."""
+
+# Group, file, what stands there (once), what comes instead.
+NAMED = [
+    ("presence", "messages/codec/fields.h",
+     "    setHas(number, true);                                     \\\n", "                         \\\n"),
+    ("presence", "messages/codec/unrolled.h",
+     "    has |= std::uint64_t{1} << field.number;\n", "    has |= std::uint64_t{0} << field.number;\n"),
+    ("presence", "messages/codec/read.cc",
+     "    setHas(field.number, true);\n    field.in<T>", "    field.in<T>"),
+    ("truncation", "metrics/conversions.cc",
+     "return count ? Value(*count / 100) : value;",
+     "return count ? Value((*count < 0 ? *count - 50 : *count + 50) / 100) : value;"),
+    ("truncation", "metrics/conversions.cc",
+     "Value(static_cast<std::int32_t>(*number) / 2)", "Value((static_cast<std::int32_t>(*number) + 1) / 2)"),
+    ("truncation", "metrics/conversions.cc",
+     "std::floor(milliseconds / 1000.0)", "std::round(milliseconds / 1000.0)"),
+    ("odd key", "metrics/record_rows.cc", '{{kKey<"cpich_ecno">, halfSteps}}}', '{{kKey<"cpich_ecn0">, halfSteps}}}'),
+    ("odd key", "messages/gsm/UmtsNcellMeas.h", '"cpich_ecn0"', '"cpich_ecno"'),
+    ("odd key", "viewer/page_tree.cc", '"GSM GPRS Config"', '"GPRS Config"'),
+    ("odd page", "viewer/pages.cc", '{"UMTS Serving Cell Measurement",', '{"UMTS Serving Cell Meas",'),
+    ("odd page", "viewer/pages.cc", '{"Connected Serv Cell Meas",', '{"GSM Connected Serv Cell Meas",'),
+    ("odd page", "viewer/pages.cc", '{"GSM GPRS Config",', '{"GSM GSM GPRS Config",'),
+    ("swapped conversion", "metrics/record_rows.cc",
+     '{{kKey<"rsrp">, wholeOfHundredths}, {kKey<"rsrq">, hundredths}, {kKey<"rssi">, wholeOfHundredths},\n',
+     '{{kKey<"rsrp">, hundredths}, {kKey<"rsrq">, wholeOfHundredths}, {kKey<"rssi">, wholeOfHundredths},\n'),
+    ("swapped conversion", "metrics/record_rows.cc",
+     '{{kKey<"nbr_rsrq">, halfSteps}}', '{{kKey<"nbr_rsrq">, hundredths}}'),
+    ("swapped conversion", "basebandd/modem/reading_rows.cc",
+     '{"rsrp", rsrpIndex, put<&LteNcellMeas::setRsrp>}', '{"rsrp", rsrp, put<&LteNcellMeas::setRsrp>}'),
+]
