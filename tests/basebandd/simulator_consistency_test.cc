@@ -77,14 +77,16 @@ constexpr MetricOfTheHour kHourOfSeedOne[] = {
 // The model owes nothing to the machine's mathematics, so what a seed names may be kept as numbers.
 // Whoever changes the model changes the drive, and this table with it: a failure prints the rows.
 TEST(SimulatedHour, OfSeedOneIsTheSameOnEveryMachineAndInEveryVersion) {
+  constexpr MetricOfTheHour kEmpty{"", 0, 0xcbf29ce484222325};
   std::map<std::int64_t, MetricOfTheHour> told;
   const auto take = [](MetricOfTheHour& row, std::uint8_t byte) {
     row.digest = (row.digest ^ byte) * 0x100000001b3;
   };
   for (const LoggedMetric& metric : hourOfDrive()) {
-    MetricOfTheHour& row = told.try_emplace(metric.id, "", 0, 0xcbf29ce484222325).first->second;
+    MetricOfTheHour& row = told.try_emplace(metric.id, kEmpty).first->second;
     ++row.count;
-    for (int shift = 0; shift < 64; shift += 8) take(row, static_cast<std::uint8_t>(metric.t >> shift));
+    for (int shift = 0; shift < 64; shift += 8)
+      take(row, static_cast<std::uint8_t>(metric.t >> shift));
     for (const std::uint8_t byte : metric.payload->bytes()) take(row, byte);
   }
   std::string rows;
