@@ -121,7 +121,7 @@ class Printer {
         _at(begin()),
         _end(begin() + _memory.second) {}
   ~Printer() {
-    _out.append(begin(), _at);
+    _out.append(begin(), static_cast<std::size_t>(_at - begin()));
     kept() = std::move(_memory);
   }
   Printer(const Printer&) = delete;
@@ -164,6 +164,7 @@ class Printer {
  private:
   using Memory = std::pair<std::unique_ptr<char[]>, std::size_t>;
   static constexpr std::size_t kLongestNumber = 21;
+  static constexpr std::size_t kMore = 8;  // for what stands between two values
   static constexpr std::string_view kSeparator = ", ";
   static constexpr std::string_view kColon = ": ";
 
@@ -202,7 +203,7 @@ class Printer {
     --_at;
   }
 
-  /// Where so many characters, and a few more, may be written.
+  /// Where so many characters, and `kMore`, may be written.
   [[gnu::always_inline]] char* room(std::size_t count) {
     if (count + kMore > static_cast<std::size_t>(_end - _at)) [[unlikely]]
       grow(count + kMore);
@@ -218,8 +219,6 @@ class Printer {
     _at = begin() + written;
     _end = begin() + size;
   }
-
-  static constexpr std::size_t kMore = 8;
 
   [[gnu::always_inline]] void print(std::string_view ascii) {
     _at = put(room(ascii.size()), ascii);
