@@ -44,7 +44,8 @@ void MetricValidator::init() {
 
 void MetricValidator::metricsDidUpdate(const EventRecord* metric) {
   if (!metric) fatal();
-  if (handleMetric(metric->dictionary())) printLine("Received Valid Metric");
+  const auto [metricID, payload] = metric->values(_metricIDKey, _payloadKey);
+  if (handleMetric(metricID, payload)) printLine("Received Valid Metric");
   if (isPrintingOn()) flushPrintedLines();
 }
 
@@ -53,12 +54,15 @@ void MetricValidator::eventsDidUpdate(const EventRecord* /*trigger*/) {
 }
 
 bool MetricValidator::isMetricIDValidWithMetricdict(const Dictionary& metric) {
-  return handleMetric(metric);
+  const auto valueOf = [&](Literal key) {
+    const Value* value = metric.find(key);
+    return value ? *value : Value();
+  };
+  return handleMetric(valueOf(_metricIDKey), valueOf(_payloadKey));
 }
 
-bool MetricValidator::handleMetric(const Dictionary& metric) {
-  const Value* entry = metric.find(_metricIDKey);
-  const auto id = entry ? entry->integer() : std::nullopt;
+bool MetricValidator::handleMetric(const Value& metricID, const Value& payload) {
+  const auto id = metricID.integer();
   if (!id) fatal();
   _metricID = id;
   if (isPrintingOn()) {
@@ -71,9 +75,8 @@ bool MetricValidator::handleMetric(const Dictionary& metric) {
     printLine("I dont care for this Metric");
     return false;
   }
-  const Value* payload = metric.find(_payloadKey, 1);
-  const bool bytes = payload && payload->kind() == Value::Kind::data;
-  auto store = row->decode(bytes ? payload->data() : nullptr);
+  const bool bytes = payload.kind() == Value::Kind::data;
+  auto store = row->decode(bytes ? payload.data() : nullptr);
   if (!store) fatal();
   keep(*row, std::move(*store));
   return true;

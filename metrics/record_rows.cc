@@ -64,7 +64,8 @@ class EntryConverter {
   EntryConverter(const RecordRow& row, const MV& validator)
       : _row(row), _validator(validator), _places(placesOf(row)) {}
 
-  [[nodiscard]] Dictionary operator()(Dictionary entry) {
+  template <class Entry>
+  void operator()(Entry& entry) const {
     for (std::size_t i = 0; i < kMostConversions && _row.conversions[i].conversion; ++i) {
       const auto& [key, conversion] = _row.conversions[i];
       const std::size_t place = entry.indexOf(key, _places[i]);
@@ -72,7 +73,6 @@ class EntryConverter {
       _places[i] = place;
       entry.setAt(place, conversion(entry[place].value, _validator.dlbwlookup()));
     }
-    return entry;
   }
 
  private:
@@ -94,19 +94,13 @@ void rebuild(List& list, const RecordRow& row, const Dictionary& store, const MV
   const Value* entries = store.findFromEnd(row.key);
   if (!entries || entries->kind() != Value::Kind::list) return;
   const Value* added = row.addedKey.text.empty() ? nullptr : store.find(row.addedKey);
-  const List source = entries->list();
-  if (!added && !row.conversions[0].conversion) {
-    list = source;
-    return;
-  }
-  EntryConverter converted(row, validator);
-  ListMaker made(source.size());
-  for (const Value& value : source) {
-    Dictionary entry = converted(value.dictionary());
+  list = entries->list();
+  if (!added && !row.conversions[0].conversion) return;
+  const EntryConverter convert(row, validator);
+  list = list.changed(added ? 1 : 0, !added || added->isPlain(), [&](auto& entry) {
+    convert(entry);
     if (added) entry.set(row.addedKey, *added);
-    made.append(Value(std::move(entry)));
-  }
-  list = made.made();
+  });
 }
 
 // A key that the latest message lacks becomes empty text again, and a time stamp becomes text here

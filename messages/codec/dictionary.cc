@@ -2,9 +2,11 @@
 
 namespace quorin {
 
-Value valueNamed(const EnumTable& names, std::int32_t value) {
+Value valueNamed(Block& block, const EnumTable& names, std::int32_t value) {
   const auto name = names.nameOf(value);
-  return name.empty() ? Value("(unknown: " + std::to_string(value) + ")") : Value(Literal{name});
+  if (!name.empty()) return Value(Literal{name});
+  const String* text = String::createIn(block, "(unknown: " + std::to_string(value) + ")");
+  return text ? Value::inside(text) : Value();
 }
 
 Dictionary AnyMessage::dictionaryRepresentation() const { return table().dictionary(*this); }

@@ -3,6 +3,7 @@
 // The rows of a class walked by the compiler: straight code for what a modem usually sends, a
 // message whose fields ascend. Whatever else comes is left to the exact reader, which is the truth.
 
+#include <atomic>
 #include <bit>
 #include <cstring>
 
@@ -17,8 +18,9 @@ inline std::int32_t signedFromVarint(std::uint64_t varint) {
   return -(n & 1) ^ (n >> 1);
 }
 
-/// The value of an enumeration as its name, or as a number that has none.
-[[nodiscard]] Value valueNamed(const EnumTable& names, std::int32_t value);
+/// The value of an enumeration as its name, or as a number that has none; nothing where the block
+/// has no room.
+[[nodiscard]] Value valueNamed(Block& block, const EnumTable& names, std::int32_t value);
 
 /// Writes the line of a registered tag's value.
 void logUnknownTag(std::uint16_t tag, std::uint32_t value);
@@ -260,109 +262,212 @@ template <class M, std::size_t row, Level level>
   }
 }
 
-/// Where a dictionary's next entry is made, and which so far hold an object.
-struct Entries {
-  Dictionary::Entry* first;
-  Dictionary::Entry* next = first;
-  Holders holders{};
-  std::optional<std::uint32_t> registered{};  // the value of the class's registered tag
-
-  [[gnu::always_inline]] void append(Literal key, Value value) {
-    if (!value.isPlain()) holders.add(static_cast<std::size_t>(next - first));
-    new (next++) Dictionary::Entry{Value(key), std::move(value)};
-  }
-};
-
-template <class M, std::size_t row>
-inline constexpr Literal kKeyOf = kKey<FixedText<kField<M, row>.key.size()>(kField<M, row>.key)>;
-
-/// The field's value as a dictionary shows it: a number, an object, or an enumeration by its name.
-template <class M, std::size_t row, class T>
-[[gnu::always_inline]] inline Value shown(const T& value) {
-  if constexpr (kField<M, row>.kind == Kind::enumeration) {
-    constexpr EnumTable names = kField<M, row>.names;
-    const std::string_view name = names.nameBeforeGaps(value);
-    return name.empty() ? valueNamed(names, value) : Value(Literal{name});
-  } else if constexpr (std::is_same_v<T, PBRepeatedUInt32>) {
-    return Value(PBRepeatedUInt32NSArray(value));
-  } else if constexpr (std::is_same_v<T, PBRepeatedInt32>) {
-    return Value(PBRepeatedInt32NSArray(value));
-  } else {
-    return Value(value);
-  }
-}
-
-template <class Element>
-[[nodiscard]] Value listOfElements(const MessageArray& array) {
-  ListMaker list(array.elements.size());
-  Value* next = list.place();
-  Holders holders;
-  for (const auto& element : array.elements) {
-    holders.add(static_cast<std::size_t>(next - list.place()));
-    new (next++) Value(Unrolled<Element>::dictionary(*element));
-  }
-  return Value(list.made(next, holders));
-}
-
-/// Appends the field's entry where it is present.
-template <class M, std::size_t row>
-[[gnu::always_inline]] inline Entries appendEntry(Entries entries, const M& m, std::uint64_t has) {
-  constexpr const Field& field = kField<M, row>;
-  constexpr Literal key = kKeyOf<M, row>;
-  using T = TypeOf<M, row>;
-  const T& value = field.template in<T>(m);
-  if constexpr (field.kind <= Kind::boolean) {
-    if (has >> field.number & 1) entries.append(key, shown<M, row>(value));
-  } else if constexpr (field.kind == Kind::bytes || field.kind == Kind::string) {
-    if (value) entries.append(key, shown<M, row>(value));
-  } else if constexpr (field.kind == Kind::message) {
-    if (value) entries.append(key, Value(Unrolled<ElementOf<M, row>>::dictionary(*value)));
-  } else if constexpr (field.kind == Kind::repeated) {
-    if (value && !value->elements.empty())
-      entries.append(key, listOfElements<ElementOf<M, row>>(*value));
-  } else {
-    if (!value.values.empty()) entries.append(key, shown<M, row>(value));
-  }
-  return entries;
-}
-
 template <class M, Level level, std::size_t... rows>
 [[gnu::always_inline]] inline void readRows(M& m, Position& at, Position end, std::uint64_t& has,
                                             std::index_sequence<rows...>) {
   (void)(readNext<M, rows, level>(m, at, end, has) && ...);
 }
 
+// Dictionaries, each in one block with what it holds. Where the block is full, and where a payload
+// is unusual, they end with false, or null.
+
+using DictionaryEntries = Elements<DictionaryEntry>;
+
+/// Where a dictionary's next entry is made, and which so far hold an object.
+struct Entries {
+  DictionaryEntry* first;
+  DictionaryEntry* next = first;
+  Holders holders{};   // of what lies in the block
+  Holders counting{};  // of what lies elsewhere
+  std::uint64_t registered = kNotThere;  // the value of the class's registered tag, of 32 bits
+
+  static constexpr std::uint64_t kNotThere = ~std::uint64_t{0};
+
+  /// Requires: a number, or text that lives as long as the program.
+  [[gnu::always_inline]] void append(Literal key, Value plain) {
+    new (next++) DictionaryEntry{Value(key), std::move(plain)};
+  }
+  /// False where there is no object.
+  template <class Object>
+  [[gnu::always_inline]] bool append(Literal key, const Object* object) {
+    if (!object) return false;
+    holders.add(static_cast<std::size_t>(next - first));
+    append(key, Value::inside(object));
+    return true;
+  }
+  /// What lies elsewhere, in a dictionary that is no part of another.
+  void appendCounted(Literal key, Value value) {
+    counting.add(static_cast<std::size_t>(next - first));
+    append(key, std::move(value));
+  }
+  /// Gives up what was appended.
+  void end() {
+    counting.each(static_cast<std::size_t>(next - first),
+                  [this](std::size_t index) { std::destroy_at(first + index); });
+  }
+  /// False where there is nothing.
+  bool appendAny(Literal key, Value value) {
+    if (value.kind() == Value::Kind::nothing) return false;
+    if (!value.isPlain()) holders.add(static_cast<std::size_t>(next - first));
+    append(key, std::move(value));
+    return true;
+  }
+};
+
+template <class M, std::size_t row>
+inline constexpr Literal kKeyOf = kKey<FixedText<kField<M, row>.key.size()>(kField<M, row>.key)>;
+
+/// Appends a scalar as a dictionary shows it: an enumeration by its name. False where there is no
+/// room.
+template <class M, std::size_t row>
+[[gnu::always_inline]] inline bool appendScalar(Block& block, Entries& entries,
+                                                TypeOf<M, row> value) {
+  constexpr Literal key = kKeyOf<M, row>;
+  if constexpr (kField<M, row>.kind == Kind::enumeration) {
+    constexpr EnumTable names = kField<M, row>.names;
+    const std::string_view name = names.nameBeforeGaps(value);
+    if (name.empty()) [[unlikely]]
+      return entries.appendAny(key, valueNamed(block, kField<M, row>.names, value));
+    entries.append(key, Value(Literal{name}));
+  } else {
+    entries.append(key, Value(value));
+  }
+  return true;
+}
+
+/// The numbers of a packed field, which `next` gives until there are no more; null where there is
+/// no room for `most`.
+template <class Next>
+[[gnu::always_inline]] inline Elements<Value>* listOfNumbers(Block& block, std::size_t most,
+                                                             Next next) {
+  auto* list = Elements<Value>::createIn(block, most);
+  if (!list) return nullptr;
+  Value* end = list->place();
+  while (next(end)) ++end;
+  list->endAt(end, block);
+  return list;
+}
+
+/// Whether a dictionary of the class shares objects with its message: then it is no part of another.
 template <class M, std::size_t... rows>
-[[gnu::always_inline]] inline Entries appendEntries(Entries entries, const M& m,
-                                                    std::index_sequence<rows...>) {
+consteval bool sharesObjects(std::index_sequence<rows...>);
+
+template <class M, std::size_t row>
+consteval bool sharesObject() {
+  constexpr Kind kind = kField<M, row>.kind;
+  if constexpr (kind == Kind::message || kind == Kind::repeated)
+    return sharesObjects<ElementOf<M, row>>(Rows<ElementOf<M, row>>{});
+  return kind == Kind::bytes || kind == Kind::string;
+}
+template <class M, std::size_t... rows>
+consteval bool sharesObjects(std::index_sequence<rows...>) {
+  return (sharesObject<M, rows>() || ...);
+}
+template <class M>
+inline constexpr bool kSharesObjects = sharesObjects<M>(Rows<M>{});
+
+template <class M>
+[[nodiscard]] DictionaryEntries* dictionaryOf(Block& block, const M& m);
+
+template <class Element>
+[[nodiscard]] Elements<Value>* listOf(Block& block, const MessageArray& array) {
+  auto* list = Elements<Value>::createIn(block, array.elements.size());
+  for (const auto& element : array.elements) {
+    auto* dictionary = list ? dictionaryOf(block, static_cast<const Element&>(*element)) : nullptr;
+    if (!dictionary) return nullptr;
+    list->appendInside(Value::inside(dictionary));
+  }
+  return list;
+}
+
+template <class Element>
+[[nodiscard]] Value countedListOf(const MessageArray& array) {
+  ListMaker list(array.elements.size());
+  for (const auto& element : array.elements)
+    list.append(Value(Unrolled<Element>::dictionary(*element)));
+  return Value(list.made());
+}
+
+/// Appends the field's entry where it is present. False where there is no room.
+template <class M, std::size_t row>
+[[gnu::always_inline]] inline bool appendEntry(Block& block, Entries& entries, const M& m,
+                                               std::uint64_t has) {
+  constexpr const Field& field = kField<M, row>;
+  constexpr Literal key = kKeyOf<M, row>;
+  using T = TypeOf<M, row>;
+  const T& value = field.template in<T>(m);
+  if constexpr (field.kind <= Kind::boolean) {
+    return !(has >> field.number & 1) || appendScalar<M, row>(block, entries, value);
+  } else if constexpr (field.kind == Kind::bytes || field.kind == Kind::string) {
+    if (value) entries.appendCounted(key, Value(value));
+    return true;
+  } else if constexpr (field.kind == Kind::message) {
+    using Element = ElementOf<M, row>;
+    if (!value) return true;
+    if constexpr (kSharesObjects<Element>)
+      return entries.appendCounted(key, Value(Unrolled<Element>::dictionary(*value))), true;
+    else
+      return entries.append(key, dictionaryOf(block, static_cast<const Element&>(*value)));
+  } else if constexpr (field.kind == Kind::repeated) {
+    using Element = ElementOf<M, row>;
+    if (!value || value->elements.empty()) return true;
+    if constexpr (kSharesObjects<Element>)
+      return entries.appendCounted(key, countedListOf<Element>(*value)), true;
+    else
+      return entries.append(key, listOf<Element>(block, *value));
+  } else {
+    const auto& numbers = value.values;
+    auto next = numbers.begin();
+    return numbers.empty() ||
+           entries.append(key, listOfNumbers(block, numbers.size(), [&](Value* place) {
+                            return next != numbers.end() && new (place) Value(*next++);
+                          }));
+  }
+}
+
+template <class M, std::size_t... rows>
+[[gnu::always_inline]] inline DictionaryEntries* dictionaryOf(Block& block, const M& m,
+                                                              std::index_sequence<rows...>) {
+  auto* dictionary = DictionaryEntries::createIn(block, sizeof...(rows));
+  if (!dictionary) return nullptr;
+  Entries entries{dictionary->place()};
   const std::uint64_t has = m.presence();
-  ((entries = appendEntry<M, rows>(entries, m, has)), ...);
-  return entries;
+  if (!(appendEntry<M, rows>(block, entries, m, has) && ...)) return entries.end(), nullptr;
+  dictionary->setSize(entries.next, entries.holders, entries.counting);
+  return dictionary;
+}
+
+template <class M>
+DictionaryEntries* dictionaryOf(Block& block, const M& m) {
+  return dictionaryOf(block, m, Rows<M>{});
 }
 
 // The same from the payload itself, for whoever wants no message. A scalar that reaches too far is
 // found when its message is read: at most the zeros behind the payload are read, and no key is 0.
 
 template <class M, std::size_t... rows>
-bool readEntries(Entries& entries, Position& at, Position end, std::index_sequence<rows...>);
+bool readEntries(Block& block, Entries& entries, Position& at, Position end,
+                 std::index_sequence<rows...>);
 
-/// The dictionary of the message between the two. False, and some part of it, where something in it
-/// is unusual.
+/// The dictionary of the message between the two; null where something in it is unusual.
 template <class M>
-[[gnu::always_inline]] inline bool readDictionary(Position at, Position end, Dictionary& result) {
-  DictionaryMaker dictionary(kFields<M>.size());
-  Entries entries{dictionary.place()};
-  const bool usual = readEntries<M>(entries, at, end, Rows<M>{}) && at == end;
-  result = dictionary.made(entries.next, entries.holders);
+[[gnu::always_inline]] inline DictionaryEntries* readDictionary(Block& block, Position at,
+                                                                Position end) {
+  auto* dictionary = DictionaryEntries::createIn(block, kFields<M>.size());
+  if (!dictionary) return nullptr;
+  Entries entries{dictionary->place()};
+  if (!readEntries<M>(block, entries, at, end, Rows<M>{}) || at != end) return nullptr;
+  dictionary->setSize(entries.next, entries.holders, {});
   if constexpr (!kLogsNothing<M>)
-    if (usual && entries.registered) logRegistered<M>(*entries.registered);
-  return usual;
+    if (entries.registered != Entries::kNotThere)
+      logRegistered<M>(static_cast<std::uint32_t>(entries.registered));
+  return dictionary;
 }
 
-/// The elements that stand next, which ends behind them. False, and some of them, where something
-/// in them is unusual.
+/// Appends the elements that stand next. False where something in them is unusual.
 template <class M, std::size_t row>
-[[gnu::always_inline]] inline bool readList(Position& at, Position end, List& result) {
+[[gnu::always_inline]] inline bool readList(Block& block, Entries& entries, Position& at,
+                                            Position end) {
   std::size_t count = 0;
   std::size_t length = 0;
   for (Position next = at; (next = behindKey<M, row>(next, end)) != nullptr; ++count) {
@@ -371,70 +476,90 @@ template <class M, std::size_t row>
     next += length;
   }
   if (count == 0) return true;
-  ListMaker list(count);
-  Value* next = list.place();
-  Holders holders;
-  bool usual = true;
-  for (std::size_t i = 0; i < count && usual; ++i) {
+  auto* list = Elements<Value>::createIn(block, count);
+  if (!entries.append(kKeyOf<M, row>, list)) return false;
+  for (std::size_t i = 0; i < count; ++i) {
     const Position element = content(behindKey<M, row>(at, end), end, length);
     at = element + length;
-    Dictionary dictionary;
-    usual = readDictionary<ElementOf<M, row>>(element, at, dictionary);
-    holders.add(i);
-    new (next++) Value(std::move(dictionary));
+    auto* dictionary = readDictionary<ElementOf<M, row>>(block, element, at);
+    if (!dictionary) return false;
+    list->appendInside(Value::inside(dictionary));
   }
-  result = list.made(next, holders);
-  return usual;
+  return true;
 }
 
 /// Appends the field's entry where it stands next. False: what stands there is unusual.
 template <class M, std::size_t row>
-[[gnu::always_inline]] inline bool readEntry(Entries& entries, Position& at, Position end) {
+[[gnu::always_inline]] inline bool readEntry(Block& block, Entries& entries, Position& at,
+                                             Position end) {
   constexpr const Field& field = kField<M, row>;
   constexpr Literal key = kKeyOf<M, row>;
   if constexpr (field.kind == Kind::repeated) {
-    List list;
-    const bool usual = readList<M, row>(at, end, list);
-    if (!list.empty()) entries.append(key, Value(std::move(list)));
-    return usual;
+    return readList<M, row>(block, entries, at, end);
   } else if constexpr (field.kind <= Kind::boolean) {
     if (!isKeyAt<M, row>(at)) return true;
     const auto [value, behind] = varint(at + kKeySize<M, row>);
     if (!behind) return false;
     at = behind;
-    if constexpr (isRegistered<M>(field))
+    if constexpr (isRegistered<M>(field)) {
       entries.registered = static_cast<std::uint32_t>(value);
-    else
-      entries.append(key, shown<M, row>(fromVarint<M, row>(value)));
-    return true;
-  } else {
-    const Position value = behindKey<M, row>(at, end);
-    if (!value) return true;
-    if constexpr (field.kind == Kind::message) {
-      std::size_t length = 0;
-      const Position element = content(value, end, length);
-      if (!element) return false;
-      at = element + length;
-      Dictionary dictionary;
-      const bool usual = readDictionary<ElementOf<M, row>>(element, at, dictionary);
-      entries.append(key, Value(std::move(dictionary)));
-      return usual;
-    } else {
-      TypeOf<M, row> read{};
-      at = readInto<M, row>(read, value, end);
-      if (!at) return false;
-      if constexpr (field.kind >= Kind::packedUint32)
-        if (read.values.empty()) return true;
-      entries.append(key, shown<M, row>(read));
       return true;
+    } else {
+      return appendScalar<M, row>(block, entries, fromVarint<M, row>(value));
+    }
+  } else {
+    Position value = behindKey<M, row>(at, end);
+    if (!value) return true;
+    std::size_t length = 0;
+    value = content(value, end, length);
+    if (!value) return false;
+    at = value + length;
+    if constexpr (field.kind == Kind::message) {
+      return entries.append(key, readDictionary<ElementOf<M, row>>(block, value, at));
+    } else if constexpr (field.kind == Kind::bytes) {
+      return entries.append(key, Data::createFromPaddedIn(block, Bytes(value, length)));
+    } else if constexpr (field.kind == Kind::string) {
+      return entries.append(key, String::createFromPaddedIn(block, Bytes(value, length)));
+    } else {
+      bool usual = true;
+      const auto next = [&](Value* place) {
+        if (value >= at) return false;
+        const auto [number, behind] = varint(value);
+        usual = behind && behind <= at;
+        value = behind;
+        if constexpr (field.kind == Kind::packedUint32)
+          new (place) Value(static_cast<std::uint32_t>(number));
+        else
+          new (place) Value(signedFromVarint(number));
+        return usual;
+      };
+      return length == 0 || (entries.append(key, listOfNumbers(block, length, next)) && usual);
     }
   }
 }
 
 template <class M, std::size_t... rows>
-[[gnu::always_inline]] inline bool readEntries(Entries& entries, Position& at, Position end,
-                                               std::index_sequence<rows...>) {
-  return (readEntry<M, rows>(entries, at, end) && ...);
+[[gnu::always_inline]] inline bool readEntries(Block& block, Entries& entries, Position& at,
+                                               Position end, std::index_sequence<rows...>) {
+  return (readEntry<M, rows>(block, entries, at, end) && ...);
+}
+
+/// How large a block the dictionaries of a class have needed so far.
+template <class M>
+inline std::atomic<std::uint32_t> blockSize{DictionaryEntries::bytes(kFields<M>.size())};
+
+/// Makes a dictionary in a block; grows it until there is room. False where `make` gives none.
+template <class M, class Make>
+[[gnu::always_inline]] inline bool makeInBlock(Dictionary& result, Make make) {
+  for (std::size_t size = blockSize<M>.load(std::memory_order_relaxed);; size *= 2) {
+    Block block(size);
+    if (make(block)) [[likely]]
+      return result = Dictionary(block), true;
+    if (!block.isFull) return false;
+    // What is rarely that large is tried again each time.
+    if (2 * size <= RecycledMemory::kLargest)
+      blockSize<M>.store(static_cast<std::uint32_t>(2 * size), std::memory_order_relaxed);
+  }
 }
 
 }  // namespace unrolled
@@ -451,17 +576,19 @@ const std::uint8_t* Unrolled<M>::read(AnyMessage& message, const std::uint8_t* a
 
 template <class M>
 Dictionary Unrolled<M>::dictionary(const AnyMessage& message) {
-  const auto& m = static_cast<const M&>(message);
-  DictionaryMaker dictionary(kFields<M>.size());
-  const auto entries =
-      unrolled::appendEntries(unrolled::Entries{dictionary.place()}, m, unrolled::Rows<M>{});
-  return dictionary.made(entries.next, entries.holders);
+  Dictionary result;
+  unrolled::makeInBlock<M>(result, [&](Block& block) {
+    return unrolled::dictionaryOf(block, static_cast<const M&>(message));
+  });
+  return result;
 }
 
 template <class M>
 bool Unrolled<M>::readDictionary(const Data& payload, Dictionary& result) {
   const Bytes bytes = payload.bytes();
-  return unrolled::readDictionary<M>(bytes.data(), bytes.data() + bytes.size(), result);
+  return unrolled::makeInBlock<M>(result, [&](Block& block) {
+    return unrolled::readDictionary<M>(block, bytes.data(), bytes.data() + bytes.size());
+  });
 }
 
 }  // namespace quorin

@@ -23,11 +23,23 @@ std::uint64_t hashBytes(Bytes bytes) {
   return hash;
 }
 
-Ref<Data> Data::create(Bytes bytes) {
-  const Ref<Data> data = blank(bytes.size());
-  auto* content = const_cast<std::uint8_t*>(data->content());
+void Data::fillExactly(Bytes bytes) {
+  auto* content = reinterpret_cast<std::uint8_t*>(this + 1);
   if (!bytes.empty()) std::memcpy(content, bytes.data(), bytes.size());
   std::memset(content + bytes.size(), 0, kReadableBehind);
+}
+
+Ref<Data> Data::create(Bytes bytes) {
+  Ref<Data> data = blank(bytes.size());
+  data->fillExactly(bytes);
+  return data;
+}
+
+Data* Data::createIn(Block& block, Bytes bytes) {
+  void* memory = block.take(sizeof(Data) + bytes.size() + kReadableBehind);
+  if (!memory) return nullptr;
+  auto* data = new (memory) Data(static_cast<std::uint32_t>(bytes.size()), block.first());
+  data->fillExactly(bytes);
   return data;
 }
 
@@ -47,6 +59,14 @@ Ref<String> String::create(std::string_view text) {
   if (!text.empty())
     std::memcpy(static_cast<char*>(memory) + sizeof(String), text.data(), text.size());
   return Ref<String>(new (memory) String(static_cast<std::uint32_t>(text.size())));
+}
+
+String* String::createIn(Block& block, std::string_view text) {
+  void* memory = block.take(sizeof(String) + text.size());
+  if (!memory) return nullptr;
+  auto* string = new (memory) String(static_cast<std::uint32_t>(text.size()), block.first());
+  text.copy(reinterpret_cast<char*>(string + 1), text.size());
+  return string;
 }
 
 void String::operator delete(String* string, std::destroying_delete_t /*tag*/) {

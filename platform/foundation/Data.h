@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/foundation/Block.h"
 #include "platform/foundation/Object.h"
 
 namespace quorin {
@@ -21,18 +22,36 @@ using Bytes = std::span<const std::uint8_t>;
 /// How many bytes behind a `Data`'s last one may be read.
 inline constexpr std::size_t kReadableBehind = 16;
 
+/// Copies in steps of `kReadableBehind`. Requires: as many bytes may be read and written behind the
+/// last.
+[[gnu::always_inline]] inline void copyInSteps(std::uint8_t* to, Bytes bytes) {
+  for (std::size_t done = 0; done < bytes.size(); done += kReadableBehind)
+    std::memcpy(to + done, bytes.data() + done, kReadableBehind);
+}
+
 /// An immutable byte buffer: one block of memory, zeros behind its end.
-class Data final : public Object {
+class Data final : public Part {
  public:
   [[nodiscard]] static Ref<Data> create(Bytes bytes);
+  /// In a block; null where it has no room.
+  [[nodiscard]] static Data* createIn(Block& block, Bytes bytes);
   /// The same in steps of `kReadableBehind`. Requires: as many bytes may be read behind the last.
   [[nodiscard]] [[gnu::always_inline]] static Ref<Data> createFromPadded(Bytes bytes) {
-    const Ref<Data> data = blank(bytes.size());
-    auto* content = const_cast<std::uint8_t*>(data->content());
-    for (std::size_t done = 0; done < bytes.size(); done += kReadableBehind)
-      std::memcpy(content + done, bytes.data() + done, kReadableBehind);
-    std::memset(content + bytes.size(), 0, kReadableBehind);
+    Ref<Data> data = blank(bytes.size());
+    data->fill(bytes);
     return data;
+  }
+  /// The same in a block; null where it has no room.
+  [[nodiscard]] [[gnu::always_inline]] static Data* createFromPaddedIn(Block& block, Bytes padded) {
+    void* memory = block.take(sizeof(Data) + padded.size() + kReadableBehind);
+    if (!memory) return nullptr;
+    auto* data = new (memory) Data(static_cast<std::uint32_t>(padded.size()), block.first());
+    data->fill(padded);
+    return data;
+  }
+  /// Bytes that one of this length takes of a block at most.
+  [[nodiscard]] static constexpr std::size_t mostIn(std::size_t length) {
+    return sizeof(Data) + length + kReadableBehind + alignof(Data);
   }
 
   [[nodiscard]] Bytes bytes() const { return {content(), _length}; }
@@ -44,6 +63,7 @@ class Data final : public Object {
 
  private:
   explicit Data(std::uint32_t length) : _length(length) {}
+  Data(std::uint32_t length, const void* whole) : Part(whole), _length(length) {}
   [[nodiscard]] [[gnu::always_inline]] static Ref<Data> blank(std::size_t length) {
     void* memory = takeMemory(sizeof(Data) + length + kReadableBehind);
     return Ref<Data>(new (memory) Data(static_cast<std::uint32_t>(length)));
@@ -51,14 +71,31 @@ class Data final : public Object {
   [[nodiscard]] const std::uint8_t* content() const {
     return reinterpret_cast<const std::uint8_t*>(this + 1);
   }
+  void fillExactly(Bytes bytes);
+  [[gnu::always_inline]] void fill(Bytes padded) {
+    auto* content = reinterpret_cast<std::uint8_t*>(this + 1);
+    copyInSteps(content, padded);
+    std::memset(content + padded.size(), 0, kReadableBehind);
+  }
 
   std::uint32_t _length;
 };
 
 /// Immutable text: any bytes; where they are not UTF-8 they are shown with U+FFFD.
-class String final : public Object {
+class String final : public Part {
  public:
   [[nodiscard]] static Ref<String> create(std::string_view text);
+  /// In a block; null where it has no room.
+  [[nodiscard]] static String* createIn(Block& block, std::string_view text);
+  /// The same. Requires: `kReadableBehind` bytes may be read behind the text.
+  [[nodiscard]] [[gnu::always_inline]] static String* createFromPaddedIn(Block& block,
+                                                                         Bytes padded) {
+    void* memory = block.take(sizeof(String) + padded.size() + kReadableBehind);
+    if (!memory) return nullptr;
+    auto* string = new (memory) String(static_cast<std::uint32_t>(padded.size()), block.first());
+    copyInSteps(reinterpret_cast<std::uint8_t*>(string + 1), padded);
+    return string;
+  }
 
   [[nodiscard]] std::string_view text() const { return {content(), _length}; }
   [[nodiscard]] bool isEqual(const Object& other) const override;
@@ -68,6 +105,7 @@ class String final : public Object {
 
  private:
   explicit String(std::uint32_t length) : _length(length) {}
+  String(std::uint32_t length, const void* whole) : Part(whole), _length(length) {}
   [[nodiscard]] const char* content() const { return reinterpret_cast<const char*>(this + 1); }
 
   std::uint32_t _length;

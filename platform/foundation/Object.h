@@ -37,7 +37,34 @@ class Object {
   static void operator delete(void* memory, std::size_t size) { giveMemory(memory, size); }
 
  private:
+  friend class Part;
   mutable std::uint32_t _references = 0;
+  std::uint32_t _distance = 0;  // of a part: from what it lies in
+};
+
+/// An object that may lie in another's memory, and then counts, lives and ends with that one.
+class Part : public Object {
+ public:
+  void retain() const { ++whole()._references; }
+  void release() const {
+    const Part& counted = whole();
+    if (--counted._references == 0) delete &counted;
+  }
+  [[nodiscard]] std::uint32_t references() const { return whole()._references; }
+  [[nodiscard]] bool isWhole() const { return _distance == 0; }
+
+ protected:
+  Part() = default;
+  /// Requires: it lies in the memory that begins at `whole`.
+  explicit Part(const void* whole) {
+    _distance = static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(this) -
+                                           reinterpret_cast<std::uintptr_t>(whole));
+  }
+
+ private:
+  [[nodiscard]] const Part& whole() const {
+    return *reinterpret_cast<const Part*>(reinterpret_cast<std::uintptr_t>(this) - _distance);
+  }
 };
 
 /// A strong reference to an `Object`, or null.

@@ -7,8 +7,8 @@ namespace quorin {
 namespace {
 
 template <class T>
-T* objectAs(const Object* object) {
-  return const_cast<T*>(static_cast<const T*>(object));
+T* objectAs(const Part* part) {
+  return const_cast<T*>(static_cast<const T*>(part));
 }
 
 }  // namespace
@@ -30,12 +30,12 @@ std::optional<double> Value::number() const {
   }
 }
 
-Ref<Data> Value::data() const { return Ref<Data>(objectAs<Data>(_as.object)); }
+Ref<Data> Value::data() const { return Ref<Data>(objectAs<Data>(_as.part)); }
 
-List Value::list() const { return List(Ref<List::Storage>(objectAs<List::Storage>(_as.object))); }
+List Value::list() const { return List(Ref<List::Storage>(objectAs<List::Storage>(_as.part))); }
 
 Dictionary Value::dictionary() const {
-  return Dictionary(Ref<Dictionary::Storage>(objectAs<Dictionary::Storage>(_as.object)));
+  return Dictionary(Ref<Dictionary::Storage>(objectAs<Dictionary::Storage>(_as.part)));
 }
 
 bool operator==(const Value& a, const Value& b) {
@@ -62,25 +62,27 @@ List::List(std::initializer_list<Value> values) {
 }
 
 void List::reserve(std::size_t count) {
-  if (count > size()) Storage::own(_storage, count - size());
+  if (count > size()) Storage::own(_storage, count - size(), true);
 }
 
 Dictionary::Dictionary(std::initializer_list<std::pair<std::string_view, Value>> literals) {
   for (const auto& [key, value] : literals) set(Literal{key}, value);
 }
 
-std::size_t Dictionary::search(Literal key) const {
-  const auto all = entries();
-  if (key.padded)  // such a text stands once
-    for (std::size_t i = 0; i < all.size(); ++i)
-      if (all[i].key._as.literal == key.text.data()) return i;
+std::size_t Dictionary::search(std::span<const Entry> all, Literal key) {
+  bool once = key.padded;  // such a text stands once, and here so do all
+  for (std::size_t i = 0; i < all.size(); ++i) {
+    if (once && all[i].key._as.literal == key.text.data()) return i;
+    once = once && all[i].key.isPadded();
+  }
+  if (once) return all.size();
   for (std::size_t i = 0; i < all.size(); ++i)
-    if (!(key.padded && all[i].key.isPadded()) && all[i].key.text() == key.text) return i;
+    if (all[i].key.text() == key.text) return i;
   return all.size();
 }
 
 void Dictionary::reserve(std::size_t count) {
-  if (count > size()) Storage::own(_storage, count - size());
+  if (count > size()) Storage::own(_storage, count - size(), true);
 }
 
 void Dictionary::set(Value key, Value value) {

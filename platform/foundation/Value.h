@@ -92,7 +92,7 @@ class Value {
   explicit Value(const void*) = delete;  // keeps a pointer from passing for a boolean
 
   Value(const Value& other) : _head(other._head), _as(other._as) {
-    if (const Object* object = counted()) object->retain();
+    if (const Part* part = counted()) part->retain();
   }
   Value(Value&& other) noexcept : _head(std::exchange(other._head, 0)), _as(other._as) {}
   Value& operator=(Value other) noexcept {
@@ -101,7 +101,7 @@ class Value {
     return *this;
   }
   ~Value() {
-    if (const Object* object = counted()) object->release();
+    if (const Part* part = counted()) part->release();
   }
 
   [[nodiscard]] Kind kind() const { return static_cast<Kind>(_head & 0xff); }
@@ -122,7 +122,7 @@ class Value {
   [[nodiscard]] double float64() const { return _as.float64; }
   [[nodiscard]] std::string_view text() const {
     return isPlain() ? std::string_view(_as.literal, _head >> kLengthShift)
-                     : static_cast<const String*>(_as.object)->text();
+                     : static_cast<const String*>(_as.part)->text();
   }
   [[nodiscard]] Ref<Data> data() const;
   [[nodiscard]] List list() const;
@@ -132,7 +132,21 @@ class Value {
   [[nodiscard]] bool isPlain() const { return (_head & kCounted) == 0; }
   /// For a copy of this value's bytes, made where no constructor may run.
   void retain() const {
-    if (const Object* object = counted()) object->retain();
+    if (const Part* part = counted()) part->retain();
+  }
+  /// The destructor, of a value which does not count an object that is near.
+  template <class IsNear>
+  void end(IsNear isNear) {
+    if (const Part* part = counted(); part && !isNear(part)) part->release();
+  }
+  /// What lies in one block with this value, and is not counted.
+  [[nodiscard]] static Value inside(const String* text) { return uncounted(Kind::text, text); }
+  [[nodiscard]] static Value inside(const Data* data) { return uncounted(Kind::data, data); }
+  [[nodiscard]] static Value inside(const Elements<Value>* list) {
+    return uncounted(Kind::list, list);
+  }
+  [[nodiscard]] static Value inside(const Elements<struct DictionaryEntry>* dictionary) {
+    return uncounted(Kind::dictionary, dictionary);
   }
   /// Whether the text may be read in whole steps of `kPaddedStep`.
   [[nodiscard]] bool isPadded() const { return (_head & kPadded) != 0; }
@@ -142,6 +156,7 @@ class Value {
 
  private:
   friend class Dictionary;
+  friend class List;
 
   // A value is two words: what it is, and its content. One store makes each.
   static constexpr std::uint64_t kCounted = 1 << 8;  // it holds an object
@@ -152,17 +167,23 @@ class Value {
   }
 
   /// Takes over a reference. No object is nothing, except for a list or dictionary without memory.
-  Value(Kind kind, const Object* object, std::nullptr_t /*taken over*/)
-      : _head(object                                           ? head(kind) | kCounted
+  Value(Kind kind, const Part* part, std::nullptr_t /*taken over*/)
+      : _head(part                                             ? head(kind) | kCounted
               : kind == Kind::list || kind == Kind::dictionary ? head(kind)
                                                                : 0) {
-    _as.object = object;
+    _as.part = part;
   }
-  Value(Kind kind, const Object* object) : Value(kind, object, nullptr) {
-    if (object) object->retain();
+  Value(Kind kind, const Part* part) : Value(kind, part, nullptr) {
+    if (part) part->retain();
+  }
+  [[nodiscard]] static Value uncounted(Kind kind, const Part* part) {
+    Value value;
+    value._head = head(kind) | kCounted;
+    value._as.part = part;
+    return value;
   }
 
-  [[nodiscard]] const Object* counted() const { return isPlain() ? nullptr : _as.object; }
+  [[nodiscard]] const Part* counted() const { return isPlain() ? nullptr : _as.part; }
 
   std::uint64_t _head = 0;
   union {
@@ -171,7 +192,7 @@ class Value {
     float float32;
     double float64;
     const char* literal;
-    const Object* object;
+    const Part* part;
   } _as{};
 };
 
@@ -180,6 +201,8 @@ class List {
  public:
   List() = default;
   List(std::initializer_list<Value> values);
+  /// Takes over the block's memory. Requires: a list's elements lie first in it.
+  explicit List(Block& block) : _storage(Storage::whole(block)) {}
 
   [[nodiscard]] std::size_t size() const { return values().size(); }
   [[nodiscard]] bool empty() const { return size() == 0; }
@@ -190,8 +213,14 @@ class List {
   void reserve(std::size_t count);
   void append(Value value) {
     const bool plain = value.isPlain();
-    Storage::own(_storage, 1).append(std::move(value), plain);
+    Storage::own(_storage, 1, plain).append(std::move(value), plain);
   }
+
+  /// The same dictionaries, with `change` made to a copy of each: of a `Dictionary`, or of a
+  /// `DictionaryDraft` where nothing but plain values is there and, as `plain` says, is put there.
+  /// It may append `more` entries. Requires: the list has dictionaries only.
+  template <class Change>
+  [[nodiscard]] List changed(std::size_t more, bool plain, Change change) const;
 
   friend bool operator==(const List& a, const List& b) {
     return std::ranges::equal(a.values(), b.values());
@@ -218,6 +247,11 @@ struct DictionaryEntry {
     key.retain();
     value.retain();
   }
+  template <class IsNear>
+  void end(IsNear isNear) {
+    key.end(isNear);
+    value.end(isNear);
+  }
   friend bool operator==(const DictionaryEntry&, const DictionaryEntry&) = default;
 };
 
@@ -228,6 +262,8 @@ class Dictionary {
 
   Dictionary() = default;
   Dictionary(std::initializer_list<std::pair<std::string_view, Value>> literals);
+  /// Takes over the block's memory. Requires: a dictionary's entries lie first in it.
+  explicit Dictionary(Block& block) : _storage(Storage::whole(block)) {}
 
   [[nodiscard]] std::size_t size() const { return entries().size(); }
   [[nodiscard]] bool empty() const { return size() == 0; }
@@ -250,8 +286,11 @@ class Dictionary {
   }
   /// The place of `key`, or the size.
   [[nodiscard]] std::size_t indexOf(Literal key, std::size_t guess = 0) const {
-    const auto all = entries();
-    return guess < all.size() && isAt(all[guess], key.text) ? guess : search(key);
+    return indexOf(entries(), key, guess);
+  }
+  [[nodiscard]] static std::size_t indexOf(std::span<const Entry> all, Literal key,
+                                           std::size_t guess) {
+    return guess < all.size() && isAt(all[guess], key.text) ? guess : search(all, key);
   }
 
   /// Makes room for so many entries in all.
@@ -261,14 +300,16 @@ class Dictionary {
   void set(Literal key, Value value) { set(Value(key), std::move(value)); }
   /// Replaces the value at the place. Requires: index < size.
   void setAt(std::size_t index, Value value) {
-    Storage& own = Storage::own(_storage, 0);
-    if (!value.isPlain()) own.setHolder(index);
-    own.all()[index].value = std::move(value);
+    Storage& own = Storage::own(_storage, 0, value.isPlain());
+    if (!value.isPlain()) own.setCounting(index);
+    Value& place = own.all()[index].value;
+    if (!place.isPlain()) place.end([&own](const void* object) { return own.contains(object); });
+    new (&place) Value(std::move(value));
   }
   /// Appends. Requires: no entry has this key.
   void append(Value key, Value value) {
     const bool plain = key.isPlain() && value.isPlain();
-    Storage::own(_storage, 1).append({std::move(key), std::move(value)}, plain);
+    Storage::own(_storage, 1, plain).append({std::move(key), std::move(value)}, plain);
   }
   void append(Literal key, Value value) { append(Value(key), std::move(value)); }
 
@@ -292,12 +333,41 @@ class Dictionary {
     const std::string_view text = entry.key.text();
     return text.data() == key.data() && text.size() == key.size();
   }
-  [[nodiscard]] std::size_t search(Literal key) const;
+  [[nodiscard]] static std::size_t search(std::span<const Entry> all, Literal key);
   [[nodiscard]] std::span<const Entry> entries() const {
     return _storage ? _storage->all() : std::span<const Entry>();
   }
 
   Ref<Storage> _storage;
+};
+
+/// A dictionary of plain values that is made in a block, before anyone holds it.
+class DictionaryDraft {
+ public:
+  explicit DictionaryDraft(Elements<DictionaryEntry>* entries) : _entries(entries) {}
+
+  [[nodiscard]] std::size_t size() const { return _entries->size(); }
+  [[nodiscard]] const DictionaryEntry& operator[](std::size_t index) const {
+    return _entries->all()[index];
+  }
+  [[nodiscard]] std::size_t indexOf(Literal key, std::size_t guess = 0) const {
+    return Dictionary::indexOf(_entries->all(), key, guess);
+  }
+  /// Each requires: the value is plain.
+  void setAt(std::size_t index, Value value) {
+    new (&_entries->all()[index].value) Value(std::move(value));
+  }
+  void set(Literal key, Value value) {
+    const std::size_t index = indexOf(key);
+    if (index == size())
+      _entries->append({Value(key), std::move(value)}, true);
+    else
+      setAt(index, std::move(value));
+  }
+  [[nodiscard]] Elements<DictionaryEntry>* entries() const { return _entries; }
+
+ private:
+  Elements<DictionaryEntry>* _entries;
 };
 
 /// Makes a list or dictionary whose largest size is known beforehand. Requires: room for what is
@@ -314,14 +384,6 @@ class Maker {
   }
   [[nodiscard]] Collection made() { return Collection(std::move(_storage)); }
 
-  /// For straight code, which keeps the next place and the holders in registers: puts the
-  /// elements up to `end` in force. They are made from `place` on.
-  [[nodiscard]] Element* place() { return _storage->place(); }
-  [[nodiscard]] Collection made(const Element* end, Holders holders) {
-    _storage->setSize(end, holders);
-    return made();
-  }
-
  private:
   Ref<Elements<Element>> _storage;
 };
@@ -331,6 +393,38 @@ using DictionaryMaker = Maker<Dictionary, DictionaryEntry>;
 inline Value::Value(List&& list) : Value(Kind::list, list._storage.take(), nullptr) {}
 inline Value::Value(Dictionary&& dictionary)
     : Value(Kind::dictionary, dictionary._storage.take(), nullptr) {}
+
+template <class Change>
+List List::changed(std::size_t more, bool plain, Change change) const {
+  using Entries = Elements<DictionaryEntry>;
+  const auto entriesOf = [](const Value& value) {
+    return static_cast<const Entries*>(value.counted());
+  };
+  std::size_t memory = Storage::bytes(size());
+  for (const Value& value : *this) {
+    const Entries* entries = entriesOf(value);
+    if (!entries || !entries->isPlain()) plain = false;
+    if (!plain) break;
+    memory += Entries::bytes(entries->size() + more);
+  }
+  if (plain) {
+    Block block(memory);
+    Storage* list = Storage::createIn(block, size());
+    for (const Value& value : *this) {
+      DictionaryDraft copy(entriesOf(value)->copyIn(block, more));
+      change(copy);
+      list->appendInside(Value::inside(copy.entries()));
+    }
+    return List(block);
+  }
+  ListMaker list(size());
+  for (const Value& value : *this) {
+    Dictionary copy = value.dictionary();
+    change(copy);
+    list.append(Value(std::move(copy)));
+  }
+  return list.made();
+}
 
 /// Printed forms: "[key: value, key: value]", "[:]" when empty; "[a, b]"; bytes "<0aff>"; booleans
 /// 1 and 0; text as it is, with U+FFFD where it is not UTF-8; floating-point numbers as the

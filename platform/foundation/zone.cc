@@ -131,26 +131,37 @@ std::string fileOf(const char* zone) {
   return (folder ? std::string(folder) + '/' : kZones) + name;
 }
 
-/// The variable `TZ`, without a search through an environment that did not change.
+/// The variable `TZ`, without a search through an environment that did not change: the C library
+/// puts a new name last, takes one away by moving up those behind it, and changes one in its place.
 class ZoneVariable {
  public:
   /// Null where it is not set. What is set holds until the next call.
   const char* value() {
-    // The C library never gives back a part of the array that it has once put in force.
-    const std::size_t size = _entries.size() * sizeof(char*);
-    if (environ && environ == _array && std::memcmp(environ, _entries.data(), size) == 0)
+    if (environ == _array && environ && *_behind == nullptr && *_last == _lastEntry &&
+        *_own == _ownEntry)
       return _value;
     _array = environ;
     _value = std::getenv("TZ");
-    _entries.clear();
-    for (char** entry = environ; entry && *entry; ++entry) _entries.push_back(*entry);
-    _entries.push_back(nullptr);
+    if (!environ) return _value;
+    _behind = environ;
+    _own = environ;
+    for (; *_behind; ++_behind)
+      if (*_behind + kName.size() == _value) _own = _behind;
+    _last = _behind == environ ? environ : _behind - 1;
+    _lastEntry = *_last;
+    _ownEntry = *_own;
     return _value;
   }
 
  private:
+  static constexpr std::string_view kName = "TZ=";
+
   char** _array = nullptr;
-  std::vector<char*> _entries;  // with the null behind them
+  char** _behind = nullptr;  // the null behind the entries
+  char** _last = nullptr;
+  char** _own = nullptr;  // where it stands; else the first
+  const char* _lastEntry = nullptr;
+  const char* _ownEntry = nullptr;
   const char* _value = nullptr;
 };
 

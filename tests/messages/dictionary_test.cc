@@ -49,6 +49,37 @@ TEST(DictionaryRepresentation, LeavesOutEmptyRepeatedFields) {
   EXPECT_EQ(printed(bands.dictionaryRepresentation()), "[:]");
 }
 
+TEST(DictionaryRepresentation, HoldsAsMuchAsTheMessage) {
+  for (const std::size_t count : {std::size_t{1}, std::size_t{64}, std::size_t{1'000}}) {
+    KCellularLteCarrierAggregationStatus status;
+    std::string expected = "[scc_list: [";
+    for (std::size_t i = 0; i < count; ++i) {
+      const auto carrier = make<SecondaryComponentCarrier>();
+      carrier->setPci(static_cast<std::uint32_t>(i));
+      status.addSccList(carrier);
+      expected += (i == 0 ? "[pci: " : ", [pci: ") + std::to_string(i) + "]";
+    }
+    expected += "]]";
+    EXPECT_EQ(printed(status.dictionaryRepresentation()), expected);
+    PBDataWriter writer;
+    status.writeTo(writer);
+    Dictionary direct;
+    ASSERT_TRUE(status.table().readDictionary(*make<Data>(Bytes(writer.bytes())), direct));
+    EXPECT_EQ(printed(direct), expected);
+  }
+}
+
+TEST(DictionaryRepresentation, SharesNothingWithTheMessageThatTheMessageMayLose) {
+  auto contexts = make<KCellularActivatedBearerContexts>();
+  const auto bearer = make<BearerContext>();
+  bearer->setApn(make<String>("internet"));
+  contexts->addBearerContexts(bearer);
+  const Dictionary dictionary = contexts->dictionaryRepresentation();
+  bearer->setApn(nullptr);
+  contexts = nullptr;
+  EXPECT_EQ(printed(dictionary), "[bearer_contexts: [[apn: internet]]]");
+}
+
 TEST(DictionaryRepresentation, IsANewOneEachTime) {
   KCellularLteRrcState message;
   message.setTimestamp(1);

@@ -110,5 +110,170 @@ TEST(Dictionary, CarriesTheMarkOfTheBridgeOnlyInThatCopy) {
   EXPECT_FALSE(Dictionary().isBridged());
 }
 
+using Entries = Elements<DictionaryEntry>;
+
+/// "[number: 1, inner: [number: 2, text: abc], bytes: <00ff>, list: [[number: 3], [number: 4]]]",
+/// all in one block.
+Dictionary inOneBlock() {
+  Block block(4096);
+  const auto dictionary = [&](int number) {
+    Entries* made = Entries::createIn(block, 8);
+    made->append({Value(Literal{"number"}), Value(number)}, true);
+    return made;
+  };
+  const auto put = [](Entries* entries, const char* key, auto* object) {
+    entries->appendInside({Value(Literal{key}), Value::inside(object)});
+  };
+  Entries* whole = dictionary(1);
+  Entries* inner = dictionary(2);
+  put(inner, "text", String::createIn(block, "abc"));
+  put(whole, "inner", inner);
+  put(whole, "bytes", Data::createIn(block, bytes("00 ff")));
+  auto* list = Elements<Value>::createIn(block, 2);
+  for (const int number : {3, 4}) list->appendInside(Value::inside(dictionary(number)));
+  put(whole, "list", list);
+  return Dictionary(block);
+}
+constexpr char kInOneBlock[] =
+    "[number: 1, inner: [number: 2, text: abc], bytes: <00ff>, list: [[number: 3], [number: 4]]]";
+
+TEST(Block, IsFullWhereSomethingHasNoRoom) {
+  Block block(64);
+  EXPECT_NE(block.take(33), nullptr);
+  EXPECT_FALSE(block.isFull);
+  EXPECT_EQ(block.take(25), nullptr) << "a whole number of pointers was taken";
+  EXPECT_TRUE(block.isFull);
+  EXPECT_NE(block.take(24), nullptr);
+  EXPECT_EQ(Entries::createIn(block, 0), nullptr);
+  EXPECT_EQ(Elements<Value>::createIn(block, 0), nullptr);
+  EXPECT_EQ(String::createIn(block, ""), nullptr);
+  EXPECT_EQ(Data::createIn(block, {}), nullptr);
+}
+
+TEST(DictionaryInABlock, LivesAsLongAsAnyOfItsParts) {
+  Dictionary whole = inOneBlock();
+  EXPECT_EQ(printed(whole), kInOneBlock);
+  const Dictionary inner = whole.find("inner")->dictionary();
+  const Value text(*inner.find("text"));
+  const Ref<Data> data = whole.find("bytes")->data();
+  const List list = whole.find("list")->list();
+  const Dictionary last = list[1].dictionary();
+  EXPECT_EQ(data->references(), 6U) << "they count as one";
+  whole = Dictionary();
+  EXPECT_EQ(printed(inner), "[number: 2, text: abc]");
+  EXPECT_EQ(text.text(), "abc");
+  EXPECT_EQ(data->bytes()[1], 0xff);
+  EXPECT_EQ(printed(list), "[[number: 3], [number: 4]]");
+  EXPECT_EQ(data->references(), 5U);
+}
+
+TEST(DictionaryInABlock, IsChangedForWhoeverChangesIt) {
+  const struct {
+    const char* change;
+    void (*make)(Dictionary&);
+    const char* after;
+  } rows[] = {
+      {"a number", [](Dictionary& d) { d.set(Literal{"number"}, Value(5)); },
+       "[number: 5, inner: [number: 2, text: abc], bytes: <00ff>, list: [[number: 3], [number: "
+       "4]]]"},
+      {"an object for a number",
+       [](Dictionary& d) { d.set(Literal{"number"}, Value(std::string(40, 'x'))); },
+       "[number: xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx, inner: [number: 2, text: abc], bytes: "
+       "<00ff>, list: [[number: 3], [number: 4]]]"},
+      {"an object for a part",
+       [](Dictionary& d) { d.set(Literal{"inner"}, Value(test::data("01"))); },
+       "[number: 1, inner: <01>, bytes: <00ff>, list: [[number: 3], [number: 4]]]"},
+      {"a number for a part", [](Dictionary& d) { d.set(Literal{"list"}, Value(6)); },
+       "[number: 1, inner: [number: 2, text: abc], bytes: <00ff>, list: 6]"},
+      {"a part of its own", [](Dictionary& d) { d.set(Literal{"number"}, *d.find("inner")); },
+       "[number: [number: 2, text: abc], inner: [number: 2, text: abc], bytes: <00ff>, list: "
+       "[[number: 3], [number: 4]]]"},
+      {"one more",
+       [](Dictionary& d) { d.append(Value(std::string("m")), Value(test::data("02"))); },
+       "[number: 1, inner: [number: 2, text: abc], bytes: <00ff>, list: [[number: 3], [number: "
+       "4]], "
+       "m: <02>]"},
+  };
+  for (const auto& [change, make, after] : rows) {
+    SCOPED_TRACE(change);
+    Dictionary held = inOneBlock();
+    Dictionary copy = held;
+    make(copy);
+    EXPECT_EQ(printed(held), kInOneBlock);
+    EXPECT_EQ(printed(copy), after);
+    copy = Dictionary();
+    EXPECT_EQ(printed(held), kInOneBlock);
+    make(held);  // now in its place
+    EXPECT_EQ(printed(held), after);
+  }
+}
+
+TEST(DictionaryInABlock, HasPartsThatAreChangedForWhoeverChangesThem) {
+  const struct {
+    Value value;
+    const char* after;
+  } rows[] = {{Value(7), "[number: 7, text: abc]"},
+              {Value(test::data("07")), "[number: <07>, text: abc]"}};
+  for (const auto& [value, after] : rows) {
+    Dictionary whole = inOneBlock();
+    Dictionary inner = whole.find("inner")->dictionary();
+    inner.set(Literal{"number"}, value);
+    EXPECT_EQ(printed(inner), after);
+    EXPECT_EQ(printed(whole), kInOneBlock);
+    inner = whole.find("inner")->dictionary();
+    whole = Dictionary();  // only the part is held
+    inner.set(Literal{"number"}, value);
+    for (int more = 0; more < 8; ++more) inner.append(Value(std::to_string(more)), value);
+    EXPECT_EQ(inner.size(), 10U);
+    EXPECT_EQ(inner[0].value, value);
+    EXPECT_EQ(inner.find("text")->text(), "abc");
+    EXPECT_EQ(inner[9].value, value);
+  }
+}
+
+TEST(ListChanged, IsOfCopies) {
+  const Dictionary plain{{"a", Value(1)}, {"b", Value(2)}};
+  const struct {
+    const char* what;
+    List list;
+    Value added;
+    const char* after;
+  } rows[] = {
+      {"plain",
+       {Value(plain), Value(Dictionary{{"b", Value(3)}})},
+       Value(9),
+       "[[a: 1, b: 20, c: 9], [b: 30, c: 9]]"},
+      {"nothing", {}, Value(9), "[]"},
+      {"an object",
+       {Value(plain), Value(Dictionary{{"b", Value(3)}, {"d", Value(test::data("00"))}})},
+       Value(9),
+       "[[a: 1, b: 20, c: 9], [b: 30, d: <00>, c: 9]]"},
+      {"an object is added",
+       {Value(plain), Value(plain)},
+       Value(test::data("01")),
+       "[[a: 1, b: 20, c: <01>], [a: 1, b: 20, c: <01>]]"},
+      {"an empty one",
+       {Value(Dictionary()), Value(plain)},
+       Value(9),
+       "[[c: 9], [a: 1, b: 20, c: 9]]"},
+  };
+  for (const auto& [what, list, added, after] : rows) {
+    SCOPED_TRACE(what);
+    const std::string before = printed(list);
+    List copy = list.changed(1, added.isPlain(), [&, &more = added](auto& entry) {
+      const std::size_t place = entry.indexOf(Literal{"b"});
+      if (place < entry.size())
+        entry.setAt(place, Value(static_cast<int>(*entry[place].value.integer() * 10)));
+      entry.set(Literal{"c"}, more);
+    });
+    EXPECT_EQ(printed(copy), after);
+    EXPECT_EQ(printed(list), before);
+    const Value last = copy.empty() ? Value() : copy[copy.size() - 1];
+    copy = List();
+    if (last.kind() == Value::Kind::nothing) continue;
+    EXPECT_EQ(last.dictionary()[last.dictionary().size() - 1].value, added);
+  }
+}
+
 }  // namespace
 }  // namespace quorin::test

@@ -83,6 +83,24 @@ TEST(LocalZone, FollowsTheVariableHoweverItIsChanged) {
   setenv("TZ", "Asia/Tokyo", 1);
   unsetenv("QUORIN_ANOTHER");
   EXPECT_EQ(localZone(kInstant).abbreviation, "JST");
+  setenv("QUORIN_ANOTHER", "1", 1);  // behind it
+  unsetenv("TZ");
+  setenv("TZ", "Asia/Seoul", 1);
+  EXPECT_EQ(localZone(kInstant).abbreviation, "KST");
+  unsetenv("TZ");
+  EXPECT_NE(localZone(kInstant).abbreviation, "KST");
+  unsetenv("QUORIN_ANOTHER");
+  setenv("TZ", "Asia/Tokyo", 1);  // as many as before
+  EXPECT_EQ(localZone(kInstant).abbreviation, "JST");
+  char* own[] = {entry, nullptr};
+  entry[3] = 'A';
+  char** const before = std::exchange(environ, own);
+  EXPECT_EQ(localZone(kInstant).abbreviation, "KST");
+  environ = before;
+  EXPECT_EQ(localZone(kInstant).abbreviation, "JST");
+  clearenv();
+  EXPECT_NE(localZone(kInstant).abbreviation, "JST");
+  environ = before;
 }
 
 }  // namespace
