@@ -44,8 +44,7 @@ void MetricValidator::init() {
 
 void MetricValidator::metricsDidUpdate(const EventRecord* metric) {
   if (!metric) fatal();
-  const auto [metricID, payload] = metric->values(_metricIDKey, _payloadKey);
-  if (handleMetric(metricID, payload)) printLine("Received Valid Metric");
+  if (handleMetric(metric->dictionary())) printLine("Received Valid Metric");
   if (isPrintingOn()) flushPrintedLines();
 }
 
@@ -54,15 +53,12 @@ void MetricValidator::eventsDidUpdate(const EventRecord* /*trigger*/) {
 }
 
 bool MetricValidator::isMetricIDValidWithMetricdict(const Dictionary& metric) {
-  const auto valueOf = [&](Literal key) {
-    const Value* value = metric.find(key);
-    return value ? *value : Value();
-  };
-  return handleMetric(valueOf(_metricIDKey), valueOf(_payloadKey));
+  return handleMetric(metric);
 }
 
-bool MetricValidator::handleMetric(const Value& metricID, const Value& payload) {
-  const auto id = metricID.integer();
+bool MetricValidator::handleMetric(const Dictionary& metric) {
+  const Value* entry = metric.find(_metricIDKey);
+  const auto id = entry ? entry->integer() : std::nullopt;
   if (!id) fatal();
   _metricID = id;
   if (isPrintingOn()) {
@@ -75,8 +71,9 @@ bool MetricValidator::handleMetric(const Value& metricID, const Value& payload) 
     printLine("I dont care for this Metric");
     return false;
   }
-  const bool bytes = payload.kind() == Value::Kind::data;
-  auto store = row->decode(bytes ? payload.data() : nullptr);
+  const Value* payload = metric.find(_payloadKey, 1);
+  const bool bytes = payload && payload->kind() == Value::Kind::data;
+  auto store = row->decode(bytes ? payload->data() : nullptr);
   if (!store) fatal();
   keep(*row, std::move(*store));
   return true;

@@ -140,9 +140,8 @@ class MetricValidator : public OsminWrapperDelegate,
   void setMySIMFileInfoDict(Dictionary store) { _mySIMFileInfoDict = std::move(store); }
 
  protected:
-  /// Handles one event by its two entries, which are nothing where it lacks them: true when its
-  /// metric is one of the handled ones and was stored.
-  virtual bool handleMetric(const Value& metricID, const Value& payload);
+  /// Handles one event: true when its metric is one of the handled ones and was stored.
+  virtual bool handleMetric(const Dictionary& metric);
 
  private:
   /// The store step, common to all cases: replaces the store whole and rebuilds what comes from it.

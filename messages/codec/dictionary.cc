@@ -2,10 +2,12 @@
 
 namespace quorin {
 
-Value valueNamed(Block& block, const EnumTable& names, std::int32_t value) {
+Value valueNamed(const EnumTable& names, std::int32_t value, Block* block) {
   const auto name = names.nameOf(value);
   if (!name.empty()) return Value(Literal{name});
-  const String* text = String::createIn(block, "(unknown: " + std::to_string(value) + ")");
+  const std::string number = "(unknown: " + std::to_string(value) + ")";
+  if (!block) return Value(number);
+  const String* text = String::createIn(*block, number);
   return text ? Value::inside(text) : Value();
 }
 

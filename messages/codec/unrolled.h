@@ -18,9 +18,9 @@ inline std::int32_t signedFromVarint(std::uint64_t varint) {
   return -(n & 1) ^ (n >> 1);
 }
 
-/// The value of an enumeration as its name, or as a number that has none; nothing where the block
-/// has no room.
-[[nodiscard]] Value valueNamed(Block& block, const EnumTable& names, std::int32_t value);
+/// The value of an enumeration as its name, or as a number that has none: in the block, if there is
+/// one, and then nothing where that has no room.
+[[nodiscard]] Value valueNamed(const EnumTable& names, std::int32_t value, Block* block);
 
 /// Writes the line of a registered tag's value.
 void logUnknownTag(std::uint16_t tag, std::uint32_t value);
@@ -268,48 +268,31 @@ template <class M, Level level, std::size_t... rows>
   (void)(readNext<M, rows, level>(m, at, end, has) && ...);
 }
 
-// Dictionaries, each in one block with what it holds. Where the block is full, and where a payload
-// is unusual, they end with false, or null.
-
 using DictionaryEntries = Elements<DictionaryEntry>;
 
 /// Where a dictionary's next entry is made, and which so far hold an object.
 struct Entries {
   DictionaryEntry* first;
   DictionaryEntry* next = first;
-  Holders holders{};   // of what lies in the block
-  Holders counting{};  // of what lies elsewhere
+  Holders holders{};
   std::uint64_t registered = kNotThere;  // the value of the class's registered tag, of 32 bits
 
   static constexpr std::uint64_t kNotThere = ~std::uint64_t{0};
 
   /// Requires: a number, or text that lives as long as the program.
-  [[gnu::always_inline]] void append(Literal key, Value plain) {
-    new (next++) DictionaryEntry{Value(key), std::move(plain)};
+  [[gnu::always_inline]] void appendPlain(Literal key, Value value) {
+    new (next++) DictionaryEntry{Value(key), std::move(value)};
   }
-  /// False where there is no object.
+  [[gnu::always_inline]] void append(Literal key, Value value) {
+    if (!value.isPlain()) holders.add(static_cast<std::size_t>(next - first));
+    appendPlain(key, std::move(value));
+  }
+  /// Of the dictionary's own block. False where there is no object.
   template <class Object>
-  [[gnu::always_inline]] bool append(Literal key, const Object* object) {
+  [[gnu::always_inline]] bool appendInside(Literal key, const Object* object) {
     if (!object) return false;
     holders.add(static_cast<std::size_t>(next - first));
-    append(key, Value::inside(object));
-    return true;
-  }
-  /// What lies elsewhere, in a dictionary that is no part of another.
-  void appendCounted(Literal key, Value value) {
-    counting.add(static_cast<std::size_t>(next - first));
-    append(key, std::move(value));
-  }
-  /// Gives up what was appended.
-  void end() {
-    counting.each(static_cast<std::size_t>(next - first),
-                  [this](std::size_t index) { std::destroy_at(first + index); });
-  }
-  /// False where there is nothing.
-  bool appendAny(Literal key, Value value) {
-    if (value.kind() == Value::Kind::nothing) return false;
-    if (!value.isPlain()) holders.add(static_cast<std::size_t>(next - first));
-    append(key, std::move(value));
+    appendPlain(key, Value::inside(object));
     return true;
   }
 };
@@ -317,23 +300,66 @@ struct Entries {
 template <class M, std::size_t row>
 inline constexpr Literal kKeyOf = kKey<FixedText<kField<M, row>.key.size()>(kField<M, row>.key)>;
 
-/// Appends a scalar as a dictionary shows it: an enumeration by its name. False where there is no
-/// room.
+/// Appends a scalar as a dictionary shows it: an enumeration by its name. False where the block, if
+/// there is one, has no room.
 template <class M, std::size_t row>
-[[gnu::always_inline]] inline bool appendScalar(Block& block, Entries& entries,
-                                                TypeOf<M, row> value) {
+[[gnu::always_inline]] inline bool appendScalar(Entries& entries, TypeOf<M, row> value,
+                                                Block* block) {
   constexpr Literal key = kKeyOf<M, row>;
   if constexpr (kField<M, row>.kind == Kind::enumeration) {
     constexpr EnumTable names = kField<M, row>.names;
     const std::string_view name = names.nameBeforeGaps(value);
-    if (name.empty()) [[unlikely]]
-      return entries.appendAny(key, valueNamed(block, kField<M, row>.names, value));
-    entries.append(key, Value(Literal{name}));
+    if (name.empty()) [[unlikely]] {
+      entries.append(key, valueNamed(kField<M, row>.names, value, block));
+      return entries.next[-1].value.kind() != Value::Kind::nothing;
+    }
+    entries.appendPlain(key, Value(Literal{name}));
   } else {
-    entries.append(key, Value(value));
+    entries.appendPlain(key, Value(value));
   }
   return true;
 }
+
+template <class Element>
+[[nodiscard]] Value listOf(const MessageArray& array) {
+  ListMaker list(array.elements.size());
+  for (const auto& element : array.elements)
+    list.append(Value(Unrolled<Element>::dictionary(*element)));
+  return Value(list.made());
+}
+
+/// Appends the field's entry where it is present.
+template <class M, std::size_t row>
+[[gnu::always_inline]] inline void appendEntry(Entries& entries, const M& m, std::uint64_t has) {
+  constexpr const Field& field = kField<M, row>;
+  constexpr Literal key = kKeyOf<M, row>;
+  using T = TypeOf<M, row>;
+  const T& value = field.template in<T>(m);
+  if constexpr (field.kind <= Kind::boolean) {
+    if (has >> field.number & 1) (void)appendScalar<M, row>(entries, value, nullptr);
+  } else if constexpr (field.kind == Kind::bytes || field.kind == Kind::string) {
+    if (value) entries.append(key, Value(value));
+  } else if constexpr (field.kind == Kind::message) {
+    if (value) entries.append(key, Value(Unrolled<ElementOf<M, row>>::dictionary(*value)));
+  } else if constexpr (field.kind == Kind::repeated) {
+    if (value && !value->elements.empty()) entries.append(key, listOf<ElementOf<M, row>>(*value));
+  } else if constexpr (field.kind == Kind::packedUint32) {
+    if (!value.values.empty()) entries.append(key, Value(PBRepeatedUInt32NSArray(value)));
+  } else {
+    if (!value.values.empty()) entries.append(key, Value(PBRepeatedInt32NSArray(value)));
+  }
+}
+
+template <class M, std::size_t... rows>
+[[gnu::always_inline]] inline void appendEntries(Entries& entries, const M& m,
+                                                 std::index_sequence<rows...>) {
+  const std::uint64_t has = m.presence();
+  (appendEntry<M, rows>(entries, m, has), ...);
+}
+
+// The same from the payload itself, for whoever wants no message, all in one block: whatever it
+// holds, nothing is counted, and what is given up needs no end. A scalar that reaches too far is
+// found when its message is read: at most the zeros behind the payload are read, and no key is 0.
 
 /// The numbers of a packed field, which `next` gives until there are no more; null where there is
 /// no room for `most`.
@@ -347,103 +373,6 @@ template <class Next>
   list->endAt(end, block);
   return list;
 }
-
-/// Whether a dictionary of the class shares objects with its message: then it is no part of another.
-template <class M, std::size_t... rows>
-consteval bool sharesObjects(std::index_sequence<rows...>);
-
-template <class M, std::size_t row>
-consteval bool sharesObject() {
-  constexpr Kind kind = kField<M, row>.kind;
-  if constexpr (kind == Kind::message || kind == Kind::repeated)
-    return sharesObjects<ElementOf<M, row>>(Rows<ElementOf<M, row>>{});
-  return kind == Kind::bytes || kind == Kind::string;
-}
-template <class M, std::size_t... rows>
-consteval bool sharesObjects(std::index_sequence<rows...>) {
-  return (sharesObject<M, rows>() || ...);
-}
-template <class M>
-inline constexpr bool kSharesObjects = sharesObjects<M>(Rows<M>{});
-
-template <class M>
-[[nodiscard]] DictionaryEntries* dictionaryOf(Block& block, const M& m);
-
-template <class Element>
-[[nodiscard]] Elements<Value>* listOf(Block& block, const MessageArray& array) {
-  auto* list = Elements<Value>::createIn(block, array.elements.size());
-  for (const auto& element : array.elements) {
-    auto* dictionary = list ? dictionaryOf(block, static_cast<const Element&>(*element)) : nullptr;
-    if (!dictionary) return nullptr;
-    list->appendInside(Value::inside(dictionary));
-  }
-  return list;
-}
-
-template <class Element>
-[[nodiscard]] Value countedListOf(const MessageArray& array) {
-  ListMaker list(array.elements.size());
-  for (const auto& element : array.elements)
-    list.append(Value(Unrolled<Element>::dictionary(*element)));
-  return Value(list.made());
-}
-
-/// Appends the field's entry where it is present. False where there is no room.
-template <class M, std::size_t row>
-[[gnu::always_inline]] inline bool appendEntry(Block& block, Entries& entries, const M& m,
-                                               std::uint64_t has) {
-  constexpr const Field& field = kField<M, row>;
-  constexpr Literal key = kKeyOf<M, row>;
-  using T = TypeOf<M, row>;
-  const T& value = field.template in<T>(m);
-  if constexpr (field.kind <= Kind::boolean) {
-    return !(has >> field.number & 1) || appendScalar<M, row>(block, entries, value);
-  } else if constexpr (field.kind == Kind::bytes || field.kind == Kind::string) {
-    if (value) entries.appendCounted(key, Value(value));
-    return true;
-  } else if constexpr (field.kind == Kind::message) {
-    using Element = ElementOf<M, row>;
-    if (!value) return true;
-    if constexpr (kSharesObjects<Element>)
-      return entries.appendCounted(key, Value(Unrolled<Element>::dictionary(*value))), true;
-    else
-      return entries.append(key, dictionaryOf(block, static_cast<const Element&>(*value)));
-  } else if constexpr (field.kind == Kind::repeated) {
-    using Element = ElementOf<M, row>;
-    if (!value || value->elements.empty()) return true;
-    if constexpr (kSharesObjects<Element>)
-      return entries.appendCounted(key, countedListOf<Element>(*value)), true;
-    else
-      return entries.append(key, listOf<Element>(block, *value));
-  } else {
-    const auto& numbers = value.values;
-    auto next = numbers.begin();
-    return numbers.empty() ||
-           entries.append(key, listOfNumbers(block, numbers.size(), [&](Value* place) {
-                            return next != numbers.end() && new (place) Value(*next++);
-                          }));
-  }
-}
-
-template <class M, std::size_t... rows>
-[[gnu::always_inline]] inline DictionaryEntries* dictionaryOf(Block& block, const M& m,
-                                                              std::index_sequence<rows...>) {
-  auto* dictionary = DictionaryEntries::createIn(block, sizeof...(rows));
-  if (!dictionary) return nullptr;
-  Entries entries{dictionary->place()};
-  const std::uint64_t has = m.presence();
-  if (!(appendEntry<M, rows>(block, entries, m, has) && ...)) return entries.end(), nullptr;
-  dictionary->setSize(entries.next, entries.holders, entries.counting);
-  return dictionary;
-}
-
-template <class M>
-DictionaryEntries* dictionaryOf(Block& block, const M& m) {
-  return dictionaryOf(block, m, Rows<M>{});
-}
-
-// The same from the payload itself, for whoever wants no message. A scalar that reaches too far is
-// found when its message is read: at most the zeros behind the payload are read, and no key is 0.
 
 template <class M, std::size_t... rows>
 bool readEntries(Block& block, Entries& entries, Position& at, Position end,
@@ -477,7 +406,7 @@ template <class M, std::size_t row>
   }
   if (count == 0) return true;
   auto* list = Elements<Value>::createIn(block, count);
-  if (!entries.append(kKeyOf<M, row>, list)) return false;
+  if (!entries.appendInside(kKeyOf<M, row>, list)) return false;
   for (std::size_t i = 0; i < count; ++i) {
     const Position element = content(behindKey<M, row>(at, end), end, length);
     at = element + length;
@@ -505,7 +434,7 @@ template <class M, std::size_t row>
       entries.registered = static_cast<std::uint32_t>(value);
       return true;
     } else {
-      return appendScalar<M, row>(block, entries, fromVarint<M, row>(value));
+      return appendScalar<M, row>(entries, fromVarint<M, row>(value), &block);
     }
   } else {
     Position value = behindKey<M, row>(at, end);
@@ -515,11 +444,11 @@ template <class M, std::size_t row>
     if (!value) return false;
     at = value + length;
     if constexpr (field.kind == Kind::message) {
-      return entries.append(key, readDictionary<ElementOf<M, row>>(block, value, at));
+      return entries.appendInside(key, readDictionary<ElementOf<M, row>>(block, value, at));
     } else if constexpr (field.kind == Kind::bytes) {
-      return entries.append(key, Data::createFromPaddedIn(block, Bytes(value, length)));
+      return entries.appendInside(key, Data::createFromPaddedIn(block, Bytes(value, length)));
     } else if constexpr (field.kind == Kind::string) {
-      return entries.append(key, String::createFromPaddedIn(block, Bytes(value, length)));
+      return entries.appendInside(key, String::createFromPaddedIn(block, Bytes(value, length)));
     } else {
       bool usual = true;
       const auto next = [&](Value* place) {
@@ -533,7 +462,8 @@ template <class M, std::size_t row>
           new (place) Value(signedFromVarint(number));
         return usual;
       };
-      return length == 0 || (entries.append(key, listOfNumbers(block, length, next)) && usual);
+      return length == 0 ||
+             (entries.appendInside(key, listOfNumbers(block, length, next)) && usual);
     }
   }
 }
@@ -576,11 +506,11 @@ const std::uint8_t* Unrolled<M>::read(AnyMessage& message, const std::uint8_t* a
 
 template <class M>
 Dictionary Unrolled<M>::dictionary(const AnyMessage& message) {
-  Dictionary result;
-  unrolled::makeInBlock<M>(result, [&](Block& block) {
-    return unrolled::dictionaryOf(block, static_cast<const M&>(message));
-  });
-  return result;
+  auto made = unrolled::DictionaryEntries::create(kFields<M>.size());
+  unrolled::Entries entries{made->place()};
+  unrolled::appendEntries(entries, static_cast<const M&>(message), unrolled::Rows<M>{});
+  made->setSize(entries.next, {}, entries.holders);
+  return Dictionary(std::move(made));
 }
 
 template <class M>

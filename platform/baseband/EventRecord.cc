@@ -79,42 +79,30 @@ class Packer {
 
 class Unpacker {
  public:
-  explicit Unpacker(Bytes packed) : _rest(packed) {}
+  explicit Unpacker(Bytes packed) : _at(packed.data()), _end(packed.data() + packed.size()) {}
 
-  /// A packed dictionary has each key once, and mostly few.
+  /// A packed dictionary has each key once, and mostly few: those are in one block, with bytes.
   Dictionary dictionary() {
     using Entries = Elements<DictionaryEntry>;
-    Block block(Entries::bytes(kFew) + _rest.size() + kFew * Data::mostIn(0));
+    const auto size = static_cast<std::size_t>(_end - _at);
+    Block block(Entries::bytes(kFew) + size + kFew * Data::mostIn(0));
     Entries* few = Entries::createIn(block, kFew);
-    for (std::size_t count = 0; count < kFew && !_rest.empty(); ++count) {
-      Value name = key();
-      Value content = value(block);
-      const bool plain = name.isPlain() && content.isPlain();
-      few->append({std::move(name), std::move(content)}, plain);
+    while (few->room() > 0 && _at != _end) {
+      const Value name = key();
+      if (name.isPlain() && isNext(xpc_type_t::int64)) {
+        few->append({name, Value(plain<std::int64_t>())}, true);
+      } else if (name.isPlain() && isNext(xpc_type_t::data)) {
+        few->appendInside({name, Value::inside(Data::createIn(block, delimited()))});
+      } else {
+        few->append({name, value()}, false);
+      }
     }
     Dictionary entries(block);
-    while (!_rest.empty()) {
+    while (_at != _end) {
       Value name = key();
       entries.append(std::move(name), value());
     }
     return entries;
-  }
-
-  std::pair<Value, Value> values(std::string_view first, std::string_view second) {
-    std::pair<Value, Value> found;
-    for (int missing = 2; missing > 0 && !_rest.empty();) {
-      const std::string_view text = keyText();
-      Value* place = isSame(text, first)    ? &found.first
-                     : isSame(text, second) ? &found.second
-                                            : nullptr;
-      if (place) {
-        *place = value();
-        --missing;
-      } else {
-        skip();
-      }
-    }
-    return found;
   }
 
  private:
@@ -123,51 +111,28 @@ class Unpacker {
   template <class T>
   T plain() {
     T value;
-    std::memcpy(&value, _rest.data(), sizeof value);
-    _rest = _rest.subspan(sizeof value);
+    std::memcpy(&value, _at, sizeof value);
+    _at += sizeof value;
     return value;
   }
   Bytes delimited() {
     const auto length = plain<std::uint32_t>();
-    const Bytes bytes = _rest.first(length);
-    _rest = _rest.subspan(length);
-    return bytes;
+    return {std::exchange(_at, _at + length), length};
   }
   Ref<String> text() {
     const Bytes bytes = delimited();
     return make<String>(
         std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
   }
-  /// Keys of tables mostly have one address.
-  static bool isSame(std::string_view a, std::string_view b) {
-    return a.size() == b.size() && (a.data() == b.data() || a == b);
-  }
-  std::string_view keyText() {
-    const auto row = plain<std::uint8_t>();
-    if (row != kOtherKey) return kKnownKeys[row].text;
-    const Bytes bytes = delimited();
-    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
-  }
   Value key() {
     const auto row = plain<std::uint8_t>();
     return row == kOtherKey ? Value(text()) : Value(kKnownKeys[row]);
   }
-  void skip() {
-    switch (plain<xpc_type_t>()) {
-      case xpc_type_t::null: break;
-      case xpc_type_t::boolean: (void)plain<bool>(); break;
-      case xpc_type_t::int64:
-      case xpc_type_t::float64: (void)plain<std::int64_t>(); break;
-      case xpc_type_t::string:
-      case xpc_type_t::data:
-      case xpc_type_t::dictionary: (void)delimited(); break;
-    }
-  }
-  /// Bytes in the block, which has room.
-  Value value(Block& block) {
-    if (static_cast<xpc_type_t>(_rest[0]) != xpc_type_t::data) return value();
-    (void)plain<xpc_type_t>();
-    return Value::inside(Data::createIn(block, delimited()));
+  /// Whether a value of this type is next, whose content then is.
+  bool isNext(xpc_type_t type) {
+    if (static_cast<xpc_type_t>(*_at) != type) return false;
+    ++_at;
+    return true;
   }
   Value value() {
     switch (plain<xpc_type_t>()) {
@@ -182,7 +147,8 @@ class Unpacker {
     return {};
   }
 
-  Bytes _rest;
+  const std::uint8_t* _at;
+  const std::uint8_t* _end;
 };
 
 }  // namespace
@@ -200,10 +166,6 @@ void EventRecord::release() const {
   if (_references.fetch_sub(1, std::memory_order_acq_rel) != 1) return;
   this->~EventRecord();
   ::operator delete(const_cast<EventRecord*>(this));
-}
-
-std::pair<Value, Value> EventRecord::values(Literal first, Literal second) const {
-  return Unpacker(packed()).values(first.text, second.text);
 }
 
 Dictionary EventRecord::dictionary() const { return Unpacker(packed()).dictionary(); }

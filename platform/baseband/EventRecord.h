@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <utility>
 
 #include "platform/baseband/xpc.h"
 #include "platform/foundation/Value.h"
@@ -25,9 +24,6 @@ class EventRecord {
 
   /// The entries as the program's own dictionary, in their order.
   [[nodiscard]] Dictionary dictionary() const;
-
-  /// The values under two keys, without a dictionary; nothing where there is none.
-  [[nodiscard]] std::pair<Value, Value> values(Literal first, Literal second) const;
 
   /// Bytes that this record keeps allocated.
   [[nodiscard]] std::size_t allocatedBytes() const { return sizeof *this + _length; }

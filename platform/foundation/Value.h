@@ -264,6 +264,7 @@ class Dictionary {
   Dictionary(std::initializer_list<std::pair<std::string_view, Value>> literals);
   /// Takes over the block's memory. Requires: a dictionary's entries lie first in it.
   explicit Dictionary(Block& block) : _storage(Storage::whole(block)) {}
+  explicit Dictionary(Ref<Elements<Entry>> entries) : _storage(std::move(entries)) {}
 
   [[nodiscard]] std::size_t size() const { return entries().size(); }
   [[nodiscard]] bool empty() const { return size() == 0; }
@@ -327,7 +328,6 @@ class Dictionary {
   template <class, class>
   friend class Maker;
   using Storage = Elements<Entry>;
-  explicit Dictionary(Ref<Storage> storage) : _storage(std::move(storage)) {}
   /// Whether the entry's key is this text at the same address.
   [[nodiscard]] static bool isAt(const Entry& entry, std::string_view key) {
     const std::string_view text = entry.key.text();

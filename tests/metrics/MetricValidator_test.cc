@@ -381,8 +381,8 @@ class OwnHandler final : public MetricValidator {
   std::vector<std::string> handled;
 
  protected:
-  bool handleMetric(const Value& metricID, const Value& payload) override {
-    handled.push_back(printed(List{metricID, payload}));
+  bool handleMetric(const Dictionary& metric) override {
+    handled.push_back(printed(metric));
     return answer;
   }
 };
@@ -398,7 +398,8 @@ TEST(MetricValidator, UsesTheHandlerOfASubclass) {
   service.deliver(osmin::kEventMetric, metricEvent(2, std::nullopt));
   EXPECT_THAT(log.printedLines(), IsEmpty());
   EXPECT_FALSE(own->isMetricIDValidWithMetricdict({{"any", Value(3)}}));
-  EXPECT_THAT(own->handled, ElementsAre("[1, null]", "[2, null]", "[null, null]"));
+  EXPECT_THAT(own->handled, ElementsAre("[kKeyMetricID: 1, kKeyProfileID: 0]",
+                                        "[kKeyMetricID: 2, kKeyProfileID: 0]", "[any: 3]"));
 }
 
 TEST(MetricValidator, ReadsItsMetricIdOfAnyIntegerWidth) {

@@ -63,38 +63,6 @@ TEST(EventRecord, OutlivesItsEvent) {
             "[kKeyMetricID: 5, kKeyPayload: <0102>, kKeyProfileID: 0]");
 }
 
-TEST(EventRecord, GivesTwoValuesAsItsDictionaryDoes) {
-  const XpcRef event(xpc_dictionary_create(nullptr, nullptr, 0));
-  const auto set = [&](const char* key, xpc_object_t value) {
-    xpc_dictionary_set_value(event.get(), key, XpcRef(value).get());
-  };
-  const char* innerKey = "kKeyMetricID";
-  const XpcRef innerValue(xpc_int64_create(-7));
-  const xpc_object_t innerValues[] = {innerValue.get()};
-  set("kKeyTriggerID", xpc_dictionary_create(&innerKey, innerValues, 1));
-  set("own", xpc_string_create("kKeyPayload"));
-  set("yes", xpc_bool_create(true));
-  set("none", xpc_null_create());
-  set("kKeyPayload", xpc_data_create("ab", 2));
-  set("real", xpc_double_create(0.5));
-  set("kKeyMetricID", xpc_int64_create(5));
-  const Converted record(event.get());
-  const Dictionary entries = record->dictionary();
-  std::vector<std::string_view> keys{"absent", ""};
-  for (const auto& entry : entries) keys.push_back(entry.key.text());
-  const auto valueOf = [&](std::string_view key) {
-    const Value* value = entries.find(key);
-    return value ? *value : Value();
-  };
-  for (const std::string_view first : keys)
-    for (const std::string_view second : keys) {
-      if (first == second) continue;
-      const auto [a, b] = record->values(Literal{first}, Literal{second});
-      EXPECT_EQ(a, valueOf(first)) << first;
-      EXPECT_EQ(b, valueOf(second)) << second;
-    }
-}
-
 TEST(EventRecord, IsEmptyForAnEventWithoutEntries) {
   const Converted record(XpcRef(xpc_dictionary_create(nullptr, nullptr, 0)).get());
   ASSERT_TRUE(record);
