@@ -1,7 +1,9 @@
 #include "platform/window/Appearance.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -9,10 +11,11 @@
 #include <QDeadlineTimer>
 #include <QFont>
 #include <QMap>
-#include <QProcess>
 #include <QScreen>
 #include <QTemporaryFile>
 #include <QTimer>
+#include <csignal>
+#include <string>
 
 #include "tests/window/offscreen.h"
 
@@ -29,27 +32,38 @@ const char* const kBus =
     "<policy context='default'><allow own='*'/><allow send_destination='*'/>"
     "<allow receive_sender='*'/></policy></busconfig>";
 
-/// A session bus of the tests' own: no window here looks as the desktop wants on which it is
-/// tested.
+/// A session bus of the tests' own: no window here looks as the desktop wants where it is tested.
 class SessionBus : public ::testing::Environment {
   void SetUp() override {
     QTemporaryFile configuration;
     ASSERT_TRUE(configuration.open());
     configuration.write(kBus);
     configuration.flush();
-    _daemon.start("dbus-daemon",
-                  {"--config-file=" + configuration.fileName(), "--nofork", "--print-address=1"});
-    ASSERT_TRUE(_daemon.waitForReadyRead()) << _daemon.readAllStandardError().toStdString();
-    qputenv("DBUS_SESSION_BUS_ADDRESS", _daemon.readLine().trimmed());
+    std::string option = "--config-file=" + configuration.fileName().toStdString();
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    char name[] = "dbus-daemon", stays[] = "--nofork", tells[] = "--print-address=1";
+    char* const arguments[] = {name, option.data(), stays, tells, nullptr};
+    posix_spawn_file_actions_t output;
+    posix_spawn_file_actions_init(&output);
+    posix_spawn_file_actions_adddup2(&output, ends[1], STDOUT_FILENO);
+    ASSERT_EQ(posix_spawnp(&_daemon, name, &output, nullptr, arguments, environ), 0);
+    posix_spawn_file_actions_destroy(&output);
+    close(ends[1]);
+    char address[256];
+    const ssize_t length = read(ends[0], address, sizeof address);
+    close(ends[0]);
+    ASSERT_GT(length, 0);
+    qputenv("DBUS_SESSION_BUS_ADDRESS", QByteArray(address, length).trimmed());
     qunsetenv("XDG_RUNTIME_DIR");
     qt();
   }
   void TearDown() override {
-    _daemon.kill();
-    _daemon.waitForFinished();
+    kill(_daemon, SIGKILL);
+    waitpid(_daemon, nullptr, 0);
   }
 
-  QProcess _daemon;
+  pid_t _daemon = -1;
 };
 [[maybe_unused]] ::testing::Environment* const bus =
     ::testing::AddGlobalTestEnvironment(new SessionBus);
