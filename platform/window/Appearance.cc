@@ -52,6 +52,7 @@ Appearance::Appearance(std::optional<bool> dark, std::optional<double> textScale
   QAccessible::installActivationObserver(this);
   // Without a session bus there is no portal, and libdbus must not start one.
   if (!std::getenv("DBUS_SESSION_BUS_ADDRESS") && !std::getenv("XDG_RUNTIME_DIR")) return;
+  qRegisterMetaType<QDBusVariant>();  // else the slot, whose types are looked for by name, is none
   QDBusConnection::sessionBus().connect(kPortal, kPath, kSettings, "SettingChanged", this,
                                         SLOT(settingChanged(QString, QString, QDBusVariant)));
   for (const Setting& setting : {kColorScheme, kTextScale}) ask(setting.group, setting.key);

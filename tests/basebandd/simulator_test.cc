@@ -205,8 +205,14 @@ TEST(SimulatorSource, HasSomethingToGiveAtTheTimeItSaysAndNothingBefore) {
 }
 
 TEST(SimulatorSource, SaysWhatItIsAndHowItStands) {
-  const SimulatorSource source(42, Milliseconds(kDriveStart), Milliseconds(kUptimeStart));
+  SimulatorSource source(42, Milliseconds(kDriveStart), Milliseconds(kUptimeStart));
   EXPECT_EQ(source.description(), "simulated drive, seed 42, 0 s under way, searching");
+  for (const auto& [milliseconds, seconds] : {std::pair{1000, "1"}, {300000, "300"}}) {
+    source.advanceTo(Milliseconds(kUptimeStart + milliseconds),
+                     [](std::int64_t, const Ref<Data>&) {});
+    EXPECT_THAT(source.description(), ::testing::StartsWith("simulated drive, seed 42, " +
+                                                            std::string(seconds) + " s under way"));
+  }
 }
 
 }  // namespace

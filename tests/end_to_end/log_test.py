@@ -186,15 +186,26 @@ class Logger:
     """Keeps what each process tells the system's logger."""
 
     def __init__(self, made):
-        made.setsockopt(socket.SOL_SOCKET, socket.SO_PASSCRED, 1)
-        self.texts, self.socket = {}, made
-        threading.Thread(target=self._take, daemon=True).start()
+        self.texts = {}
+        self._listen(made)
 
-    def _take(self):
+    def _listen(self, made):
+        made.setsockopt(socket.SOL_SOCKET, socket.SO_PASSCRED, 1)
+        self.socket = made
+        threading.Thread(target=self._take, args=[made], daemon=True).start()
+
+    def _take(self, made):
         while True:
-            text, credentials, _, _ = self.socket.recvmsg(1 << 16, socket.CMSG_SPACE(12))
+            text, credentials, _, _ = made.recvmsg(1 << 16, socket.CMSG_SPACE(12))
+            if not credentials:  # it was shut down
+                return made.close()
             process, _, _ = struct.unpack("iii", credentials[0][2])
             self.texts[process] = self.texts.get(process, b"") + text + b"\n"
+
+    def start_anew(self):
+        self.texts.clear()
+        self.socket.shutdown(socket.SHUT_RDWR)
+        self._listen(private_mounts.listen_again_as_system_logger())
 
 
 def written_by_the_service(source, afterwards, logger):
@@ -249,5 +260,21 @@ def nothing_is_told_to_the_system_logger():
     check_sources(Logger(private_mounts.listen_as_system_logger()))
 
 
+def a_logger_that_is_started_anew_is_told_every_line():
+    if not MAY_MOUNT:
+        return print("  left out: it takes root and mounts of one's own")
+    logger = Logger(private_mounts.listen_as_system_logger())
+    with PrivateBus(BIN) as bus:
+        service = bus.start([f"{BIN}/basebandd", *live(bus)])
+
+        def is_told(line):
+            return wait_for(lambda: line in logger.texts.get(service.pid, b""))
+
+        check("the logger is told of the modem", is_told(b"basebandd: live modem 0 "))
+        logger.start_anew()
+        bus.manager.stop()
+        check("the new one is told of what comes next", is_told(b"there is no ModemManager"))
+
+
 run(the_search_finds_what_the_application_is_meant_to_log, nothing_is_written_on_the_outputs,
-    nothing_is_told_to_the_system_logger)
+    nothing_is_told_to_the_system_logger, a_logger_that_is_started_anew_is_told_every_line)

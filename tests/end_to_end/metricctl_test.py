@@ -65,6 +65,11 @@ for arguments in [["decode"], ["decode", "--class", "Nonsense"], ["decode", "--i
     wrong = metricctl(*arguments)
     check(f"{arguments} is wrong use: {wrong.stderr!r}", wrong.returncode == 2
           and wrong.stderr.startswith("metricctl: ") and wrong.stderr.count("\n") == 1)
+listed = metricctl("--help").stdout.partition("Subcommands:\n")[2].partition("\n\n")[0]
+check(f"help lists the commands in the order in which one needs them: {listed}",
+      [line.split()[0] for line in listed.splitlines()] ==
+      ["decode", "encode", "schema", "import", "intake", "watch", "record", "redact",
+       "check-redacted", "replay", "status", "pause", "step", "resume"])
 for arguments in [["--help"], ["decode", "--help"]]:
     check(f"{arguments} ends with 0", metricctl(*arguments).returncode == 0)
 

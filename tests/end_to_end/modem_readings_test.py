@@ -19,7 +19,7 @@ from raw_bus import ERROR, RawBus
 from recorded_pages import RecordedPages
 
 BIN, SLOW = sys.argv[1], "--slow" in sys.argv
-UMTS_SCELL_MEAS = 0x3CD102
+UMTS_SCELL_MEAS, ACTIVE_BEARER = 0x3CD102, 0x3CD50D
 IDENTITY = ["num_mnc_digits 2", "sel_plmn_mcc 262", "sel_plmn_mnc 1"]
 NEIGHBOURS = [
     cell(LTE_CELL, earfcn=1300, physical_ci="64", rsrp=-101.0, rsrq=-12.5),
@@ -45,14 +45,19 @@ class Trial(RecordedPages, PrivateBus):
             name: ("a{sv}", {key: ("d", float(level)) for key, level in levels.items()})
             for name, levels in technologies.items()})
 
-    def latest(self, metric_id):
-        """The content of the latest metric of this ID; empty: there was none."""
+    def contents(self, metric_id, count=None):
+        """The contents of the metrics of this ID, oldest first: of the last `count`, or all."""
         with open(self.recording) as recording:
             events = [json.loads(line) for line in recording if line.endswith("\n")]
         payloads = [event["kKeyPayload"] for event in events
                     if event["kKeyMetricID"] == metric_id]
-        return json.loads(self.run("metricctl", "decode", "--id", str(metric_id),
-                                   input=payloads[-1]).stdout)["dict"] if payloads else {}
+        return [json.loads(self.run("metricctl", "decode", "--id", str(metric_id),
+                                    input=payload).stdout)["dict"]
+                for payload in payloads[-count if count else 0:]]
+
+    def latest(self, metric_id):
+        """The content of the latest metric of this ID; empty: there was none."""
+        return (self.contents(metric_id, 1) or [{}])[0]
 
     def mmcli(self, *words):
         return json.loads(subprocess.run(["mmcli", "-J", *words], env=self.environment, text=True,
@@ -228,6 +233,26 @@ def bearers_come_and_go():
         trial.manager.change(bearer, BEARER, Connected=("b", False), Ip4Config=("a{sv}", {}),
                              Ip6Config=("a{sv}", {}))
         trial.shows("down", {"LTE Active Bearers": []})
+
+
+def bearers_stay_while_others_come_and_go():
+    with Trial() as trial:
+        path, bearers = trial.manager.path(0), [f"{ROOT}/Bearer/{number}" for number in range(3)]
+        for number, bearer in enumerate(bearers):
+            trial.manager.objects[bearer] = {BEARER: {
+                "Connected": ("b", True), "Properties": ("a{sv}", {}),
+                "Ip4Config": ("a{sv}", {"method": ("u", 2), "address": ("s", f"10.64.0.{number}")}),
+                "Ip6Config": ("a{sv}", {})}}
+        for held, addresses in (([0], ["0a400000"]), ([0, 1], ["0a400000", "0a400001"]),
+                                ([1], ["0a400001"]), ([1, 2], ["0a400001", "0a400002"])):
+            trial.manager.change(path, MODEM, Bearers=("ao", [bearers[i] for i in held]))
+            trial.shows(f"bearers {held}", {
+                "LTE Active Bearers": [f"pdp_addr <{address}>" for address in addresses]})
+        told = [[bearer["pdp_addr"] for bearer in content.get("bearer_contexts", [])]
+                for content in trial.contents(ACTIVE_BEARER)]
+        first, second, third = "0a400000", "0a400001", "0a400002"
+        check(f"nothing else is told between: {told}", told[told[0] == []:] ==
+              [[first], [first, second], [second], [second, third]])
 
 
 def a_card_leaves_a_modem_that_stays():
@@ -421,7 +446,8 @@ def the_policy_opens_what_is_read_and_nothing_else():
 
 
 run(the_policy_opens_what_is_read_and_nothing_else, a_cell_list_fills_the_pages,
-    unknown_values_stay_absent, bearers_come_and_go, a_card_leaves_a_modem_that_stays,
+    unknown_values_stay_absent, bearers_come_and_go, bearers_stay_while_others_come_and_go,
+    a_card_leaves_a_modem_that_stays,
     a_modem_on_nr_is_said_to_be, one_of_several_modems_is_followed,
     what_others_set_up_stays, a_cell_list_that_is_not_offered_is_asked_for_once,
     fifty_restarts_lose_nothing, a_days_changes_leave_the_memory_flat,

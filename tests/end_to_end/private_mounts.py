@@ -46,7 +46,18 @@ def listen_as_system_logger():
         (made / name).mkdir()
         lay(made / name, pathlib.Path("/dev", name))
     (made / "fd").symlink_to("/proc/self/fd")
-    logger = socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM)
-    logger.bind(str(made / "log"))
+    logger = _listening_at(made / "log")
     lay("/dev", made, "--rbind")
     return logger
+
+
+def listen_again_as_system_logger():
+    """Takes the place of the socket that `listen_as_system_logger` made; gives the new one."""
+    os.unlink("/dev/log")
+    return _listening_at("/dev/log")
+
+
+def _listening_at(path):
+    made = socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM)
+    made.bind(str(path))
+    return made

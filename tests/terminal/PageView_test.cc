@@ -132,6 +132,23 @@ TEST(PageView, SelectsRowsAndPassesOverHeaders) {
   EXPECT_EQ(page.view->selection(), 1U);
 }
 
+TEST(PageView, MovesByScreensOfWhichTwoLinesStayInSight) {
+  std::vector<Section> rows(1);
+  for (int i = 0; i < 40; ++i) rows[0].rows.push_back({"index", std::to_string(i)});
+  Viewed page(rows);
+  struct {
+    int height;
+    int screens;
+    std::size_t selection;
+  } const moves[] = {{10, 1, 8},  {10, 1, 16}, {7, 1, 21},  {7, -1, 16}, {10, 2, 32},
+                     {10, 1, 39}, {3, -1, 38}, {2, -1, 37}, {1, -1, 36}, {1, 1, 37}};
+  for (const auto& move : moves) {
+    (void)page.drawn(move.height, 40);
+    page.view->moveByScreens(move.screens);
+    EXPECT_EQ(page.view->selection(), move.selection) << move.height << ", " << move.screens;
+  }
+}
+
 TEST(PageView, KeepsItsSelectionWhenLinesComeAndGo) {
   Viewed page(carriers(3));
   page.view->select(6);
@@ -157,6 +174,16 @@ TEST(PageView, MarksValuesThatTheLatestReloadChanged) {
   page.page->reload();
   EXPECT_EQ(page.drawn(2, 40), " pci    7\n rsrp   -98\n");
   EXPECT_EQ(page.changes, 2);
+}
+
+TEST(PageView, MarksTheValueOfATextThatTakesSeveralRows) {
+  Viewed page({{std::nullopt, {{"mo_signalling_ac_barring_for_special_ac", "1"}, {"x", "1"}}}});
+  page.answer({{std::nullopt, {{"mo_signalling_ac_barring_for_special_ac", "2"}, {"x", "1"}}}});
+  EXPECT_EQ(page.drawn(4, 40),
+            " mo_signalling_ac_barring_for_special_\n"
+            " ac\n"
+            "   • 2\n"
+            " x   1\n");
 }
 
 TEST(PageView, DrawsTheTrendOfANumberWhereThereIsRoom) {

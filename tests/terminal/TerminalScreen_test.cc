@@ -156,6 +156,11 @@ TEST(TerminalScreen, FindsWhileOneTypes) {
   shown.press(U"g/drx");
   shown.press({&key::kBackspace, 1});
   EXPECT_EQ(shown.row(-1), " /dr_");
+  for (const char32_t* sign : {U"ä", U"å", U"漢"}) {
+    shown.press(sign);
+    shown.press({&key::kBackspace, 1});
+    EXPECT_EQ(shown.row(-1), " /dr_") << "all bytes of a sign go together";
+  }
   shown.press(U"\x1b");
   EXPECT_THAT(shown.row(-1), HasSubstr(" 1/14")) << "back where it began";
   shown.press(U"/nowhere");

@@ -167,11 +167,17 @@ TEST(GnettrackImport, JoinsWhatItsPartsCanHaveAndNothingBeyond) {
       {"3G", "4096", "65535", {}},
       {"3G", "4095", "65536", {}},
   };
+  const auto log = [](std::string technology, std::string node, std::string cell) {
+    return "Timestamp\tNetworkTech\tNode\tCellID\n1970.01.01_00.00.01\t" + technology + "\t" +
+           node + "\t" + cell + "\n";
+  };
   for (const auto& row : rows)
-    EXPECT_EQ(events(std::string("Timestamp\tNetworkTech\tNode\tCellID\n1970.01.01_00.00.01\t") +
-                     row.technology + "\t" + row.node + "\t" + row.cell + "\n"),
-              row.events)
+    EXPECT_EQ(events(log(row.technology, row.node, row.cell)), row.events)
         << row.technology << " " << row.node << " " << row.cell;
+  for (const char* technology : {"4G", "3G"}) {
+    EXPECT_EQ(import(log(technology, "7", "2.5")).exitCode, 1) << technology << ", half a cell";
+    EXPECT_EQ(import(log(technology, "2.5", "7")).exitCode, 1) << technology << ", half a node";
+  }
 }
 
 TEST(GnettrackImport, KnowsTheBandsThatItsLettersName) {

@@ -309,6 +309,27 @@ TEST(CheckRedacted, AgainstTheOriginalKnowsEverySpellingInBytes) {
   }
 }
 
+TEST(CheckRedacted, AgainstTheOriginalSearchesForNothingThatWouldBeFoundByChance) {
+  const struct {
+    const char* says;
+    const char* tmsi;
+    const char* bytes;
+    bool isFound;
+  } kRows[] = {
+      {"of three different halves", "5:305205809", "12311231", true},
+      {"of two", "5:287445282", "11221122", false},
+      {"half as long", "5:4660", "1234", false},
+  };
+  for (const auto& row : kRows) {
+    const std::string hidden =
+        lineOf("KCellularLteRrcState", std::string("0801") + row.bytes) + "\n";
+    const Checked checked = check(hidden, lineOf("KCellularMmContext", wire(row.tmsi)) + "\n");
+    EXPECT_EQ(checked.complaints.find("holds a KCellularMmContext") != std::string::npos,
+              row.isFound)
+        << row.says;
+  }
+}
+
 // Which fields hold identities, said here once more and apart from the product's rows.
 const std::set<std::pair<std::string_view, std::string_view>> kIdentities = {
     {kSinr, "call_id"},

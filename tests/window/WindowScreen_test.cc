@@ -2,16 +2,18 @@
 
 #include <QAccessible>
 #include <QClipboard>
-#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QQuickItem>
 
 #include "app/interface.h"
 #include "metrics/MetricValidator.h"
+#include "platform/window/TrendItem.h"
 #include "tests/support/intake.h"
 #include "tests/support/rig.h"
 #include "tests/support/sample_metrics.h"
+#include "tests/window/offscreen.h"
 
 namespace quorin::test {
 namespace {
@@ -21,17 +23,6 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 using Lines = std::vector<std::string>;
-
-QGuiApplication& qt() {
-  static int count = 1;
-  static char name[] = "window_test";
-  static char* arguments[] = {name, nullptr};
-  static QGuiApplication& application = *[] {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    return new QGuiApplication(count, arguments);
-  }();
-  return application;
-}
 
 /// The launched application in a window that nobody sees, its clock the test's.
 class Windowed {
@@ -313,6 +304,62 @@ TEST(WindowScreen, OpensATrendLarge) {
   shown.key(Qt::Key_Escape);
   EXPECT_FALSE(shown.find(QAccessible::Chart, "prev_state_dur_ms"));
   EXPECT_EQ(shown.focused(), "prev_state_dur_ms");
+}
+
+/// The item, or the first within it, that is wanted.
+QQuickItem* itemBelow(QQuickItem& item, const std::function<bool(QQuickItem&)>& wanted) {
+  if (wanted(item)) return &item;
+  for (QQuickItem* child : item.childItems())
+    if (QQuickItem* found = itemBelow(*child, wanted)) return found;
+  return nullptr;
+}
+
+TEST(WindowScreen, DrawsATrendFromItsLowestToItsHighestValue) {
+  struct {
+    const char* name;
+    double along, down;
+  } const places[] = {{"start low", 0, 1},    {"start middle", 0, 0.5},
+                      {"start high", 0, 0},   {"quarter middle", .25, .5},
+                      {"half low", 0.5, 1},   {"half middle", 0.5, 0.5},
+                      {"half high", 0.5, 0},  {"end low", 1, 1},
+                      {"end middle", 1, 0.5}, {"end high", 1, 0}};
+  struct {
+    std::vector<int> values;
+    Lines drawn;
+  } const rows[] = {
+      {{1000, 3000, 2000}, {"start low", "quarter middle", "half high", "end middle"}},
+      {{3000, 1000, 3000}, {"start high", "quarter middle", "half low", "end high"}},
+      {{2000, 2000, 2000}, {"start middle", "quarter middle", "half middle", "end middle"}},
+  };
+  Windowed shown;
+  shown.openRow(1);
+  for (const auto& row : rows) {
+    for (const int& value : row.values) {
+      (void)MetricValidator::sharedInstance()->isMetricIDValidWithMetricdict(
+          eventWith(3952132, "1:1500 4:" + std::to_string(value)));
+      shown.clock.advance(Milliseconds{5000});
+      if (&value == &row.values.front()) shown.openRow(1);
+      shown.settle();
+    }
+    QQuickItem* line = itemBelow(*shown.window()->contentItem(), [](QQuickItem& item) {
+      return item.property("mainText").toString() == "prev_state_dur_ms";
+    });
+    ASSERT_TRUE(line);
+    auto* trend = dynamic_cast<TrendItem*>(
+        itemBelow(*line, [](QQuickItem& item) { return dynamic_cast<TrendItem*>(&item); }));
+    ASSERT_TRUE(trend);
+    trend->setSize({104, 54});
+    QImage image(104, 54, QImage::Format_ARGB32);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    trend->paint(&painter);
+    Lines drawn;
+    for (const auto& place : places)
+      if (image.pixelColor(qRound(2 + 99 * place.along), qRound(2 + 49 * place.down)).alpha() > 0)
+        drawn.emplace_back(place.name);
+    EXPECT_EQ(drawn, row.drawn);
+    shown.key(Qt::Key_Escape);
+  }
 }
 
 /// Every text that the item and those in it show is as wide and high as it needs.
