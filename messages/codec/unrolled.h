@@ -478,19 +478,8 @@ template <class M, std::size_t... rows>
 template <class M>
 inline std::atomic<std::uint32_t> blockSize{DictionaryEntries::bytes(kFields<M>.size())};
 
-/// Makes a dictionary in a block; grows it until there is room. False where `make` gives none.
-template <class M, class Make>
-[[gnu::always_inline]] inline bool makeInBlock(Dictionary& result, Make make) {
-  for (std::size_t size = blockSize<M>.load(std::memory_order_relaxed);; size *= 2) {
-    Block block(size);
-    if (make(block)) [[likely]]
-      return result = Dictionary(block), true;
-    if (!block.isFull) return false;
-    // What is rarely that large is tried again each time.
-    if (2 * size <= RecycledMemory::kLargest)
-      blockSize<M>.store(static_cast<std::uint32_t>(2 * size), std::memory_order_relaxed);
-  }
-}
+/// A dictionary that would need more is left to the message.
+inline constexpr std::size_t kLargestBlock = 1 << 20;
 
 }  // namespace unrolled
 
@@ -516,9 +505,16 @@ Dictionary Unrolled<M>::dictionary(const AnyMessage& message) {
 template <class M>
 bool Unrolled<M>::readDictionary(const Data& payload, Dictionary& result) {
   const Bytes bytes = payload.bytes();
-  return unrolled::makeInBlock<M>(result, [&](Block& block) {
-    return unrolled::readDictionary<M>(block, bytes.data(), bytes.data() + bytes.size());
-  });
+  auto& known = unrolled::blockSize<M>;
+  for (std::size_t size = known.load(std::memory_order_relaxed);; size *= 2) {
+    Block block(size);
+    if (unrolled::readDictionary<M>(block, bytes.data(), bytes.data() + bytes.size())) [[likely]]
+      return result = Dictionary(block), true;
+    if (!block.isFull || 2 * size > unrolled::kLargestBlock) return false;
+    // What is rarely that large is tried again each time.
+    if (2 * size <= RecycledMemory::kLargest)
+      known.store(static_cast<std::uint32_t>(2 * size), std::memory_order_relaxed);
+  }
 }
 
 }  // namespace quorin
