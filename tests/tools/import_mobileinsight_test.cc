@@ -48,6 +48,19 @@ TEST(MobileInsightImport, GivesASecondaryCellToTheCarrierListsInHundredths) {
                   "{\"index\":1,\"rsrp\":-10769,\"rsrq\":-719,\"rssi\":-8281}]}"));
 }
 
+TEST(MobileInsightImport, GivesThePrimaryCellsMetricBeforeTheSecondaryOnes) {
+  EXPECT_THAT(
+      events(record("LTE_PHY_Serv_Cell_Measurement",
+                    R"("Subpackets":[)"
+                    R"({"Is Serving Cell":1,"Serving Cell Index":"1_SCell","RSRP":-107.0},)"
+                    R"({"Is Serving Cell":1,"Serving Cell Index":"PCell","RSRP Rx[0]":-112.0}])")),
+      ElementsAre("KCellularLteRsrpRsrqSinr {\"inst_values\":[{\"rsrp0\":-112}]}",
+                  "KCellularLteCarrierAggregationStatus {\"scc_list\":[{\"index\":1,"
+                  "\"rsrp\":-10700}]}",
+                  "KCellularLteSecondaryCellMeasurements {\"scc_rx_measurement\":["
+                  "{\"index\":1,\"rsrp\":-10700}]}"));
+}
+
 TEST(MobileInsightImport, GivesNeighboursTheirCarrierAndRsrqInHalfSteps) {
   EXPECT_THAT(events(record(
                   "LTE_PHY_Connected_Mode_Intra_Freq_Meas",
