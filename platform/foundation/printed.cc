@@ -128,7 +128,7 @@ class Printer {
   Printer& operator=(const Printer&) = delete;
 
   [[gnu::always_inline]] void print(const Value& value) {
-    if (value.isInteger() && value.kind() != Value::Kind::uint64) [[likely]]
+    if (isUsualNumber(value)) [[likely]]
       _at = putSigned(room(kLongestNumber), *value.integer());
     else
       printOther(value);
@@ -148,15 +148,24 @@ class Printer {
     if (dictionary.empty()) return print("[:]");
     print("[");
     for (const auto& [key, value] : dictionary) {
-      if (key.isPadded()) [[likely]] {
-        const std::string_view text = key.text();
-        _at = put(putPadded(room(text.size() + kPaddedStep), text), kColon);
-      } else {
+      if (!key.isPadded()) [[unlikely]] {
         print(key);
         print(kColon);
+        print(value);
+        print(kSeparator);
+        continue;
       }
-      print(value);
-      print(kSeparator);
+      const std::string_view text = key.text();
+      char* at = room(text.size() + kPaddedStep + kLongestNumber);
+      at = put(putPadded(at, text), kColon);
+      if (isUsualNumber(value)) [[likely]] {
+        at = putSigned(at, *value.integer());
+      } else {
+        _at = at;
+        printOther(value);
+        at = room(kSeparator.size());
+      }
+      _at = put(at, kSeparator);
     }
     endBehindSeparator();
   }
@@ -173,6 +182,11 @@ class Printer {
     return memory;
   }
   [[nodiscard]] char* begin() const { return _memory.first.get(); }
+
+  /// One that 64 bits hold with its sign, whatever its value.
+  [[nodiscard]] static bool isUsualNumber(const Value& value) {
+    return value.isInteger() && value.kind() != Value::Kind::uint64;
+  }
 
   static char* putSigned(char* at, std::int64_t number) {
     if (number >= 0) return putDigits(at, static_cast<std::uint64_t>(number));
