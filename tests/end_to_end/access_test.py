@@ -18,7 +18,7 @@ if not private_mounts.enter():
     sys.exit(private_mounts.SKIPPED)
 
 from checks import check, run
-from private_bus import wait_for
+from private_bus import listens_at, wait_for
 from raw_bus import BUS, ERROR, RETURN, SERVICE, RawBus, call
 
 SOURCE = pathlib.Path(__file__).parents[2]
@@ -113,7 +113,7 @@ class SystemBus:
     def __init__(self):
         self.processes = []
         self.start(["dbus-daemon", "--system", "--nofork", "--nopidfile", "--nosyslog"])
-        if not wait_for(pathlib.Path("/run/dbus/system_bus_socket").exists):
+        if not wait_for(lambda: listens_at("/run/dbus/system_bus_socket")):
             raise RuntimeError("no system bus")
         self.service = self.start([str(PROGRAMS / "basebandd"), "--source", "replay", "--recording",
                                    str(PROGRAMS / RECORDING.name), "--speed", "100", "--loop"],

@@ -16,7 +16,7 @@ import private_mounts
 MAY_MOUNT = private_mounts.enter()
 
 from checks import check, run
-from private_bus import PrivateBus, pages_of, wait_for
+from private_bus import PrivateBus, listens_at, pages_of, wait_for
 from raw_bus import RawBus
 
 BIN, RECORDING = (os.path.abspath(argument) for argument in sys.argv[1:3])
@@ -172,7 +172,7 @@ def a_bus_that_goes_ends_who_needs_it():
               and alone.stderr.startswith(f"metricctl: {bus.address}: "))
         os.remove(f"{bus.folder.name}/bus")
         bus.start(["dbus-daemon", f"--config-file={bus.folder.name}/bus.conf", "--nofork"])
-        wait_for(lambda: os.path.exists(f"{bus.folder.name}/bus"))
+        wait_for(lambda: listens_at(f"{bus.folder.name}/bus"))
         bus.service(*REPLAY, "--speed", "max")
         check("and served when all is back",
               bus.run("metricctl", "watch", "--count", "20").returncode == 0)

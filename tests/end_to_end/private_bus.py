@@ -4,6 +4,7 @@ import json
 import os
 import pathlib
 import signal
+import socket
 import subprocess
 import tempfile
 import time
@@ -25,6 +26,12 @@ def wait_for(what, seconds=10, every=0.01):
             return result
         time.sleep(every)
     return None
+
+
+def listens_at(path):
+    """A socket's file is there a moment before the one who made it listens."""
+    with socket.socket(socket.AF_UNIX) as client:
+        return client.connect_ex(str(path)) == 0
 
 
 def resident_kilobytes(process):
@@ -59,8 +66,8 @@ class PrivateBus:
                                 ASAN_OPTIONS=os.environ.get("ASAN_OPTIONS", "") + ":quarantine_size_mb=1")
         self.processes = []
         self.start(["dbus-daemon", f"--config-file={configuration}", "--nofork"],
-                   stderr=subprocess.DEVNULL)
-        if not wait_for(path.exists):
+                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        if not wait_for(lambda: listens_at(path)):
             raise RuntimeError("no private bus")
 
     def __enter__(self):
