@@ -7,11 +7,11 @@
 #include <atomic>
 #include <csignal>
 #include <cstdlib>
-#include <cstring>
 #include <ctime>
 #include <iterator>
 #include <limits>
 #include <optional>
+#include <string_view>
 #include <thread>
 #include <vector>
 
