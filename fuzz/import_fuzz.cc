@@ -21,7 +21,7 @@ constexpr std::string_view kWholeWords[] = {"m_tmsi"};
 
 void checkNumbers(const Dictionary& fields) {
   for (const auto& [key, value] : fields) {
-    if (value.kind() == Value::Kind::uint32 && std::ranges::count(kWholeWords, key.text()) == 0)
+    if (value.kind() == Value::Kind::uint32 && std::ranges::count(kWholeWords, key.text) == 0)
       promise(*value.integer() < 0x80000000, "an unsigned field holds no negative number", fields);
     if (value.kind() == Value::Kind::dictionary) checkNumbers(value.dictionary());
     if (value.kind() == Value::Kind::list)

@@ -26,7 +26,7 @@ struct Held {
 
 std::vector<std::string> keysOf(const Dictionary& dictionary) {
   std::vector<std::string> keys;
-  for (const auto& entry : dictionary) keys.emplace_back(entry.key.text());
+  for (const auto& entry : dictionary) keys.emplace_back(entry.key.text);
   return keys;
 }
 
@@ -35,7 +35,7 @@ void checkStore(const MetricCase& row, const Dictionary& message, const Dictiona
   promise(keysOf(message) == keysOf(store), "a store has the fields of its message", message,
           store);
   for (std::size_t i = 0; i < store.size(); ++i) {
-    const std::string_view key = store[i].key.text();
+    const std::string_view key = store[i].key.text;
     const Value& now = store[i].value;
     if (key == "timestamp" && row.stamp != StampText::never)
       promise(now.kind() == Value::Kind::text && now.text().ends_with(" UTC"),

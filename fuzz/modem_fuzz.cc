@@ -50,7 +50,7 @@ void checkBounds(const Dictionary& fields) {
     if (value.kind() == Value::Kind::list)
       for (const Value& element : value.list())
         if (element.kind() == Value::Kind::dictionary) checkBounds(element.dictionary());
-    const auto* bound = std::ranges::find(kBounds, key.text(), &Bound::key);
+    const auto* bound = std::ranges::find(kBounds, key.text, &Bound::key);
     if (bound == std::end(kBounds) || !value.isInteger()) continue;
     promise(*value.integer() >= bound->least && *value.integer() <= bound->most,
             "a number lies where its quantity can", fields);

@@ -21,7 +21,7 @@ std::string linesOf(const std::string& key, MetricValidator& validator) {
   for (std::size_t i = 0; i < sections.size(); ++i) {
     if (hasSections) lines += "# " + std::string(counts->header) + std::to_string(i) + "\n";
     for (const auto& [name, value] : sections[i])
-      lines += cells ? printed(name) + "=" + printed(value) + "\n" : "Come back later=\n";
+      lines += cells ? std::string(name.text) + "=" + printed(value) + "\n" : "Come back later=\n";
     if (!counts) lines += "Come back later=\n";
   }
   return lines;

@@ -41,7 +41,7 @@ void checkRecord(const XpcRef& event) {
   std::size_t row = 0;
   xpc_dictionary_apply(event.get(), [&](const std::string& key, xpc_object_t value) {
     const auto& [name, kept] = held[row++];
-    bool same = name.text() == key;
+    bool same = name.text == key;
     switch (xpc_get_type(value)) {
       case xpc_type_t::null: same = same && kept.kind() == Value::Kind::nothing; break;
       case xpc_type_t::boolean: same = same && kept == Value(xpc_bool_get_value(value)); break;

@@ -44,8 +44,10 @@ void MetricValidator::init() {
 
 void MetricValidator::metricsDidUpdate(const EventRecord* metric) {
   if (!metric) fatal();
-  if (handleMetric(metric->dictionary())) printLine("Received Valid Metric");
-  if (isPrintingOn()) flushPrintedLines();
+  const bool isValid = handleMetric(metric->dictionary());
+  if (!isPrintingOn()) return;
+  if (isValid) printLine("Received Valid Metric");
+  flushPrintedLines();
 }
 
 void MetricValidator::eventsDidUpdate(const EventRecord* /*trigger*/) {
@@ -73,13 +75,13 @@ bool MetricValidator::handleMetric(const Dictionary& metric) {
   }
   const Value* payload = metric.find(_payloadKey, 1);
   const bool bytes = payload && payload->kind() == Value::Kind::data;
-  auto store = row->decode(bytes ? payload->data() : nullptr);
-  if (!store) fatal();
-  keep(*row, std::move(*store));
+  Dictionary store;
+  if (!row->decode(bytes ? payload->data() : nullptr, store)) fatal();
+  keep(*row, std::move(store));
   return true;
 }
 
-void MetricValidator::keep(const MetricCase& row, Dictionary store) {
+void MetricValidator::keep(const MetricCase& row, Dictionary&& store) {
   if (row.stamp == StampText::beforeLog) convertTimeStamp(store);
   if (row.convert) row.convert(store);
   if (isPrintingOn()) {

@@ -145,7 +145,7 @@ class MetricValidator : public OsminWrapperDelegate,
 
  private:
   /// The store step, common to all cases: replaces the store whole and rebuilds what comes from it.
-  void keep(const struct MetricCase& row, Dictionary store);
+  void keep(const struct MetricCase& row, Dictionary&& store);
 
   std::shared_ptr<OsminWrapper> _mySharedOsminInstance;
   Literal _metricIDKey = kKey<"kKeyMetricID">;

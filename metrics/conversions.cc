@@ -45,14 +45,26 @@ Ref<String> anyYearText(std::int64_t seconds) {
   return make<String>(std::string_view(text, length));
 }
 
+std::int64_t wholeSeconds(double milliseconds) {
+  return static_cast<std::int64_t>(std::floor(milliseconds / 1000.0));
+}
+
+/// Of a number. What a division of integers would give differently is left to that of reals.
+std::optional<std::int64_t> wholeSeconds(const Value& milliseconds) {
+  constexpr std::int64_t kExact = std::int64_t{1} << 50;
+  const auto integer = milliseconds.integer();
+  if (integer && *integer >= 0 && *integer < kExact) return *integer / 1000;
+  const auto number = milliseconds.number();
+  return number ? std::optional(wholeSeconds(*number)) : std::nullopt;
+}
+
 /// The text, which the time stamps of one second share.
-const Ref<String>& sharedTimeStampText(double milliseconds) {
+const Ref<String>& sharedTimeStampText(std::int64_t seconds) {
   constexpr std::int64_t kFirst = -62'135'510'400;  // the second day of the year 1
   constexpr std::int64_t kLast = 253'402'214'400;   // the last day of the year 9999
   static std::int64_t latest = 0;
   static std::uint64_t serial = 0;
   static Ref<String>& text = *new Ref<String>;  // lives until the process ends
-  const auto seconds = static_cast<std::int64_t>(std::floor(milliseconds / 1000.0));
   const LocalZone& zone = localZone(seconds);
   if (text && seconds == latest && zone.serial == serial) return text;
   latest = seconds;
@@ -64,23 +76,23 @@ const Ref<String>& sharedTimeStampText(double milliseconds) {
 }  // namespace
 
 std::string timeStampText(double milliseconds) {
-  return std::string(sharedTimeStampText(milliseconds)->text());
+  return std::string(sharedTimeStampText(wholeSeconds(milliseconds))->text());
 }
 
 void convertTimeStamp(Dictionary& store) {
-  constexpr Literal kTimeStamp = kKey<"timestamp">;
-  const std::size_t index = store.indexOf(kTimeStamp);
-  if (index == store.size()) return;
-  if (const auto number = store[index].value.number())
-    store.setAt(index, Value(sharedTimeStampText(*number)));
+  constexpr const Literal& kTimeStamp = kKey<"timestamp">;
+  const std::size_t place = store.placeOf(kTimeStamp);
+  const Value* value = store.at(place);
+  if (const auto seconds = value ? wholeSeconds(*value) : std::nullopt)
+    store.setAt(place, Value(sharedTimeStampText(*seconds)));
 }
 
 void halveBandwidths(Dictionary& store) {
   for (const Literal key : {kKey<"dl_bw">, kKey<"ul_bw">}) {
-    const std::size_t index = store.indexOf(key);
-    if (index == store.size()) continue;
-    if (const auto number = store[index].value.integer())
-      store.setAt(index, Value(static_cast<std::int32_t>(*number) / 2));
+    const std::size_t place = store.placeOf(key);
+    const Value* value = store.at(place);
+    if (const auto number = value ? value->integer() : std::nullopt)
+      store.setAt(place, Value(static_cast<std::int32_t>(*number) / 2));
   }
 }
 

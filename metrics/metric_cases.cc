@@ -43,12 +43,12 @@ namespace {
 using MV = MetricValidator;
 
 template <class M>
-std::optional<Dictionary> decodeAs(const Ref<Data>& payload) {
-  Dictionary usual;
-  if (payload && Unrolled<M>::readDictionary(*payload, usual)) return usual;
+bool decodeAs(const Ref<Data>& payload, Dictionary& store) {
+  if (payload && Unrolled<M>::read(payload->bytes(), store)) return true;
   M message;
-  if (!message.initWithData(payload)) return std::nullopt;
-  return message.dictionaryRepresentation();
+  if (!message.initWithData(payload)) return false;
+  store = message.dictionaryRepresentation();
+  return true;
 }
 
 constexpr StoreRow kStoreRows[] = {

@@ -22,8 +22,8 @@ enum class StampText { beforeLog, afterLog, never };
 /// One handled metric.
 struct MetricCase {
   std::int64_t id;
-  /// The payload's dictionary; empty when the class refuses the payload.
-  std::optional<Dictionary> (*decode)(const Ref<Data>& payload);
+  /// Gives the payload's dictionary. False: the class refuses the payload.
+  bool (*decode)(const Ref<Data>& payload, Dictionary& store);
   MetricValidator::Store get;
   void (MetricValidator::*set)(Dictionary);
   std::string_view logText;

@@ -3,11 +3,20 @@
 #include <algorithm>
 #include <array>
 
+#include "messages/shared/RxInfo.h"
+
 namespace quorin {
 
 namespace {
 
 using MV = MetricValidator;
+
+constexpr auto kRxInfoKeysInRecord = [] {
+  constexpr auto& keys = kKeys<RxInfo>;
+  std::array<Literal, keys.size() + 1> all;
+  *std::ranges::copy(keys, all.begin()).out = kKey<"connected_mode">;
+  return all;
+}();
 
 // clang-format off
 constexpr RecordRow kRecordRows[] = {
@@ -31,7 +40,8 @@ constexpr RecordRow kRecordRows[] = {
     {"myLTE", "MMCommonInfo", in<&LTE::MMCommonInfo>, &MV::myCellularMMCommonInfoDict},
     {"myLTE", "IMSI", in<&LTE::IMSI>, &MV::myCellularMMCommonInfoDict, kKey<"imsi">},
 
-    {"myUMTS", "rXInfo", in<&UMTS::rXInfo>, &MV::myUMTSCellMeasDict, kKey<"rx_info">, {}, kKey<"connected_mode">},
+    {"myUMTS", "rXInfo", in<&UMTS::rXInfo>, &MV::myUMTSCellMeasDict, kKey<"rx_info">, {},
+        kKey<"connected_mode">, kKeys<RxInfo>, kRxInfoKeysInRecord},
     {"myUMTS", "TxPower", in<&UMTS::TxPower>, &MV::myUMTSTxPowerDict, kKey<"tx_power_info">},
     {"myUMTS", "SelReselCellInfo", in<&UMTS::SelReselCellInfo>, &MV::myUMTSSelReselDict},
     {"myUMTS", "eUtraNbrs", in<&UMTS::eUtraNbrs>, &MV::myUMTSSelReselDict, kKey<"eutra_prio_info">},
@@ -58,49 +68,75 @@ constexpr RecordRow kRecordRows[] = {
 
 constexpr std::size_t kMostConversions = std::size(RecordRow{}.conversions);
 
-/// Converts the entries of one list, whose keys mostly stand where they stood in the entry before.
+/// Where a row's keys stood when it was last rebuilt: mostly where they stand again.
+struct RowPlaces {
+  std::size_t source = 0;
+  std::array<std::size_t, kMostConversions> converted{};
+};
+constinit std::array<RowPlaces, std::size(kRecordRows)> rowPlaces{};
+
+RowPlaces& placesOf(const RecordRow& row) {
+  return rowPlaces[static_cast<std::size_t>(&row - kRecordRows)];
+}
+
+/// Converts the entries of one list.
 class EntryConverter {
  public:
-  EntryConverter(const RecordRow& row, const MV& validator)
-      : _row(row), _validator(validator), _places(placesOf(row)) {}
+  EntryConverter(const RecordRow& row, RowPlaces& places, const MV& validator)
+      : _count(count(row)), _row(row), _places(places), _validator(validator) {}
 
   template <class Entry>
-  void operator()(Entry& entry) const {
-    for (std::size_t i = 0; i < kMostConversions && _row.conversions[i].conversion; ++i) {
-      const auto& [key, conversion] = _row.conversions[i];
-      const std::size_t place = entry.indexOf(key, _places[i]);
-      if (place == entry.size()) continue;
-      _places[i] = place;
-      entry.setAt(place, conversion(entry[place].value, _validator.dlbwlookup()));
+  void operator()(Entry& entry) {
+    if (entry.keys().data() != _keys) setPlaces(entry);
+    for (std::size_t i = 0; i < _count; ++i) {
+      const std::size_t place = _places.converted[i];
+      if (const Value* value = entry.at(place))
+        entry.setAt(place, _row.conversions[i].conversion(*value, _validator.dlbwlookup()));
     }
   }
 
  private:
-  using Places = std::array<std::size_t, kMostConversions>;
-  /// Kept from list to list.
-  static Places& placesOf(const RecordRow& row) {
-    static std::array<Places, std::size(kRecordRows)> places{};
-    return places[static_cast<std::size_t>(&row - kRecordRows)];
+  template <class Entry>
+  void setPlaces(const Entry& entry) {
+    for (std::size_t i = 0; i < _count; ++i)
+      _places.converted[i] = entry.placeOf(_row.conversions[i].key, _places.converted[i]);
+    _keys = entry.keys().data();
+  }
+  static std::size_t count(const RecordRow& row) {
+    std::size_t count = 0;
+    while (count < kMostConversions && row.conversions[count].conversion) ++count;
+    return count;
   }
 
+  const Literal* _keys = nullptr;  // for which the places hold
+  std::size_t _count;
   const RecordRow& _row;
+  RowPlaces& _places;
   const MV& _validator;
-  Places& _places;
 };
 
 void rebuild(List& list, const RecordRow& row, const Dictionary& store, const MV& validator) {
-  list = List();
-  if (row.key.text.empty()) return list.append(Value(store));
-  const Value* entries = store.findFromEnd(row.key);
-  if (!entries || entries->kind() != Value::Kind::list) return;
+  if (row.key.text.empty()) {
+    list = List();
+    return list.append(Value(store));
+  }
+  RowPlaces& places = placesOf(row);
+  places.source = store.placeOf(row.key, places.source);
+  const Value* entries = store.at(places.source);
+  if (!entries || entries->kind() != Value::Kind::list) {
+    list = List();
+    return;
+  }
   const Value* added = row.addedKey.text.empty() ? nullptr : store.find(row.addedKey);
   list = entries->list();
   if (!added && !row.conversions[0].conversion) return;
-  const EntryConverter convert(row, validator);
-  list = list.changed(added ? 1 : 0, !added || added->isPlain(), [&](auto& entry) {
-    convert(entry);
-    if (added) entry.set(row.addedKey, *added);
-  });
+  EntryConverter convert(row, places, validator);
+  const bool plain = !added || added->isPlain();
+  list = list.changed(plain, added ? row.keys : Keys(), added ? row.keysWithAdded : Keys(),
+                      [&](auto&& entry) {
+                        convert(entry);
+                        if (added) entry.set(row.addedKey, *added);
+                      });
 }
 
 // A key that the latest message lacks becomes empty text again, and a time stamp becomes text here
@@ -116,19 +152,16 @@ void rebuild(Value& value, const RecordRow& row, const Dictionary& store, const 
   value = latest ? imsiDigits(*latest) : Value(Literal{""});
 }
 
-/// The rows that a metric's store fills. They stand together.
-std::span<const RecordRow> rowsOf(const MetricCase& metric) {
-  static const std::vector<std::span<const RecordRow>> rowsByCase = [] {
-    std::vector<std::span<const RecordRow>> made;
-    for (const MetricCase& row : metricCases()) {
-      const auto fills = [&](const RecordRow& record) { return record.source == row.get; };
-      const auto* first = std::ranges::find_if(kRecordRows, fills);
-      made.emplace_back(first, std::find_if_not(first, std::end(kRecordRows), fills));
-    }
-    return made;
-  }();
-  return rowsByCase[static_cast<std::size_t>(&metric - metricCases().data())];
-}
+/// The rows that each metric's store fills. They stand together.
+const auto rowsByCase = [] {
+  std::vector<std::span<const RecordRow>> made;
+  for (const MetricCase& row : metricCases()) {
+    const auto fills = [&](const RecordRow& record) { return record.source == row.get; };
+    const auto* first = std::ranges::find_if(kRecordRows, fills);
+    made.emplace_back(first, std::find_if_not(first, std::end(kRecordRows), fills));
+  }
+  return made;
+}();
 
 }  // namespace
 
@@ -145,11 +178,11 @@ Value valueOf(MetricValidator& validator, const RecordRow& row) {
 }
 
 void refreshRecords(MetricValidator& validator, const MetricCase& metric) {
-  const auto rows = rowsOf(metric);
+  const auto rows = rowsByCase[static_cast<std::size_t>(&metric - metricCases().data())];
+  if (rows.empty()) return;
+  const Dictionary& store = (validator.*metric.get)();
   for (const RecordRow& row : rows)
-    std::visit(
-        [&](auto place) { rebuild(place(validator), row, (validator.*metric.get)(), validator); },
-        row.in);
+    std::visit([&](auto place) { rebuild(place(validator), row, store, validator); }, row.in);
 }
 
 }  // namespace quorin

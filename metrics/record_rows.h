@@ -48,6 +48,8 @@ struct RecordRow {
   Literal key{};                     // in the store; empty: the whole store
   EntryConversion conversions[4]{};  // of a list's entries
   Literal addedKey{};                // of the store, added to each entry as its last
+  Keys keys{};                       // of such entries, without and with what is added
+  Keys keysWithAdded{};
 };
 
 /// All 25 members, record by record, each in its record's order.

@@ -48,10 +48,10 @@ constexpr Literal kUmtsSelReselKeys[] = {
 
 const Value kEmptyText(Literal{""});
 
-Dictionary emptyTexts(std::span<const Literal> keys) {
-  Dictionary dictionary;
-  for (const Literal key : keys) dictionary.append(key, kEmptyText);
-  return dictionary;
+Dictionary emptyTexts(Keys keys) {
+  DictionaryMaker dictionary(keys);
+  for (std::size_t place = 0; place < keys.size(); ++place) dictionary.put(place, kEmptyText);
+  return dictionary.made();
 }
 
 List placeholder(std::string_view text) { return {Value(Dictionary{{text, kEmptyText}})}; }
@@ -94,13 +94,13 @@ GSM::GSM()
 Common::Common() : activeBearer(placeholder(kWaiting)), simContents(placeholder(kWaiting)) {}
 
 Dictionary withFixedKeys(const Dictionary& fixed, const Dictionary& latest) {
-  DictionaryMaker dictionary(fixed.size());
-  std::size_t place = 0;  // both mostly go on alike
-  for (const auto& entry : fixed) {
-    const std::size_t found = latest.indexOf({entry.key.text(), entry.key.isPadded()}, place);
-    const bool has = found != latest.size();
-    dictionary.append(Value(entry.key), has ? Value(latest[found].value) : Value(kEmptyText));
-    if (has) place = found + 1;
+  const Keys keys = fixed.keys();
+  DictionaryMaker dictionary(fixed);
+  std::size_t found = 0;  // both mostly go on alike
+  for (std::size_t place = 0; place < keys.size(); ++place, ++found) {
+    found = latest.placeOf(keys[place], found);
+    const Value* value = latest.at(found);
+    dictionary.put(place, value ? *value : kEmptyText);
   }
   return dictionary.made();
 }

@@ -69,8 +69,8 @@ std::optional<SecondLevelViewController::ShownRow> SecondLevelViewController::sh
   const Answer& cells = snapshot().cells;
   if (!cells.page) return std::nullopt;
   const Dictionary& rows = elementAt(cells.sections, indexPath.section);
-  const auto& [key, value] = elementAt(rows, indexPath.row);
-  return ShownRow{printed(key), printed(value)};
+  const auto [key, value] = elementAt(rows, indexPath.row);
+  return ShownRow{printed(Value(key)), printed(value)};
 }
 
 Cell SecondLevelViewController::cellForRowAtIndexPath(UITableView& tableView,

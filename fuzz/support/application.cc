@@ -50,7 +50,8 @@ bool isFatal(const Dictionary& event) {
   const MetricCase* row = metricCase(*id);
   const Value* payload = event.find(osmin::kKeyPayload);
   const bool hasBytes = payload && payload->kind() == Value::Kind::data;
-  return row && !row->decode(hasBytes ? payload->data() : nullptr);
+  Dictionary store;
+  return row && !row->decode(hasBytes ? payload->data() : nullptr, store);
 }
 
 /// Stands between the wrapper and the store, and gives the record's last reference back, which the

@@ -10,6 +10,11 @@ class AnyMessage : public PBCodable {
  public:
   [[nodiscard]] virtual const MessageTable& table() const = 0;
 
+  /// The same as the base's, for less where the message is new.
+  [[nodiscard]] bool initWithData(const Ref<Data>& data) {
+    const bool isNew = !_unfolded && _read.empty();
+    return (isNew && data && table().read(data->bytes(), _read)) || PBCodable::initWithData(data);
+  }
   /// Reads fields until the reader's end, adding to what the message holds. False when the bytes
   /// are malformed; what was read before stays.
   [[nodiscard]] bool readFrom(PBDataReader& reader) final;
@@ -24,31 +29,58 @@ class AnyMessage : public PBCodable {
   /// "<Class: 0xaddress>", a blank, and the printed dictionary.
   [[nodiscard]] std::string description() const final;
 
-  [[nodiscard]] bool has(std::uint32_t number) const { return _has >> number & 1; }
+  [[nodiscard]] bool has(std::uint32_t number) const { return presence() >> number & 1; }
   void setHas(std::uint32_t number, bool present) {
+    unfold();
     _has = (_has & ~(std::uint64_t{1} << number)) | std::uint64_t{present} << number;
   }
 
   /// One bit per present scalar field, by its number.
-  [[nodiscard]] std::uint64_t presence() const { return _has; }
-  /// Marks the scalar fields of these bits as present.
-  void addHas(std::uint64_t bits) { _has |= bits; }
+  [[nodiscard]] std::uint64_t presence() const {
+    unfold();
+    return _has;
+  }
 
   /// A message of the same class that shares no object with this one.
   [[nodiscard]] Ref<AnyMessage> deepCopy() const;
 
  protected:
+  /// Through this is every field asked for: until then, what was read is kept as its dictionary.
+  template <class T>
+  T& unfolded(T& field) const {
+    unfold();
+    return field;
+  }
   /// Each requires: both messages are of one class.
   void copyFieldsTo(AnyMessage& target) const;
   void mergeFieldsFrom(const AnyMessage& other);
 
  private:
+  friend struct Field;
+  void unfold() const {
+    if (!_unfolded) const_cast<AnyMessage*>(this)->unfoldRead();
+  }
+  void unfoldRead();
+  void take(const Field& field, const Value& value);
   enum class Reading { goesOn, ends, failed };
   Reading readOne(const MessageTable& rows, PBDataReader& reader);
   bool readField(const Field& field, std::uint8_t wireType, PBDataReader& reader);
 
+  bool _unfolded = false;
+  Dictionary _read;        // of a message that is not unfolded: all that it holds
   std::uint64_t _has = 0;  // one bit per scalar field, by its number
 };
+
+template <class T>
+T& Field::in(AnyMessage& message) const {
+  message.unfold();
+  return message.*std::get<T AnyMessage::*>(slot);
+}
+template <class T>
+const T& Field::in(const AnyMessage& message) const {
+  message.unfold();
+  return message.*std::get<T AnyMessage::*>(slot);
+}
 
 /// Appends an element, making the array on first use.
 inline void appendElement(Ref<MessageArray>& array, Ref<AnyMessage> element) {

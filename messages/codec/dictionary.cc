@@ -2,16 +2,16 @@
 
 namespace quorin {
 
-Value valueNamed(const EnumTable& names, std::int32_t value, Block* block) {
-  const auto name = names.nameOf(value);
-  if (!name.empty()) return Value(Literal{name});
-  const std::string number = "(unknown: " + std::to_string(value) + ")";
+Value valueUnnamed(std::int32_t value, Block* block) {
+  const std::string number = std::string(kUnnamed) + std::to_string(value) + ")";
   if (!block) return Value(number);
   const String* text = String::createIn(*block, number);
   return text ? Value::inside(text) : Value();
 }
 
-Dictionary AnyMessage::dictionaryRepresentation() const { return table().dictionary(*this); }
+Dictionary AnyMessage::dictionaryRepresentation() const {
+  return _unfolded ? table().dictionary(*this) : _read;
+}
 
 std::string AnyMessage::description() const {
   return PBCodable::description() + " " + printed(dictionaryRepresentation());

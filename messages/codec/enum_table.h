@@ -20,19 +20,6 @@ struct EnumTable {
 
   /// The value's name, or empty when it has none.
   [[nodiscard]] constexpr std::string_view nameOf(std::int32_t value) const {
-    const std::string_view near = nameBeforeGaps(value);
-    return near.empty() ? nameBehindGaps(value) : near;
-  }
-
-  /// The same for a value that has no gap before it, and so stands at its distance from the first.
-  [[nodiscard]] constexpr std::string_view nameBeforeGaps(std::int32_t value) const {
-    if (names.empty()) return {};
-    const auto row = static_cast<std::uint64_t>(std::int64_t{value} - names[0].value);
-    return row < names.size() && names[row].value == value ? names[row].name : std::string_view{};
-  }
-
- private:
-  [[nodiscard]] constexpr std::string_view nameBehindGaps(std::int32_t value) const {
     std::size_t low = 0;
     std::size_t high = names.size();
     while (low < high) {

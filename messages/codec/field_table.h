@@ -66,13 +66,9 @@ struct Field {
   const MessageTable* element = nullptr;  // of a nested message
 
   template <class T>
-  [[nodiscard]] T& in(AnyMessage& message) const {
-    return message.*std::get<T AnyMessage::*>(slot);
-  }
+  [[nodiscard]] T& in(AnyMessage& message) const;
   template <class T>
-  [[nodiscard]] const T& in(const AnyMessage& message) const {
-    return message.*std::get<T AnyMessage::*>(slot);
-  }
+  [[nodiscard]] const T& in(const AnyMessage& message) const;
 };
 
 /// Whether a class's reader cuts field numbers to 16 bits and asks the tag registry, or keeps the
@@ -86,16 +82,12 @@ inline constexpr std::uint8_t kNoRow = 0xff;
 /// The rows of class `M` as straight code, made once in its folder's unrolled.cc.
 template <class M>
 struct Unrolled {
-  /// Reads fields as long as they ascend by number and hold nothing unusual, and gives where that
-  /// ends: `end`, or the key of a field that it left untouched. Requires: `kReadableBehind` bytes
-  /// may be read behind `end`.
-  static const std::uint8_t* read(AnyMessage& message, const std::uint8_t* at,
-                                  const std::uint8_t* end);
   /// One entry per present field, in field order, enumerations by name.
   static Dictionary dictionary(const AnyMessage& message);
-  /// The dictionary of the message that the payload holds, without making the message. False, with
-  /// some part of it and no line written, where that would be unusual: ask the message then.
-  static bool readDictionary(const Data& payload, Dictionary& result);
+  /// The dictionary of the message in the bytes. False, with nothing done and no line written,
+  /// where they are not what a modem usually sends, fields that ascend by number: the exact reader
+  /// takes these. Requires: bytes of a `Data`.
+  static bool read(Bytes bytes, Dictionary& result);
 };
 
 /// A message class as its rows.
@@ -105,10 +97,8 @@ struct MessageTable {
   std::array<std::uint8_t, kFieldNumberLimit> rows{};  // field number -> row, or kNoRow
   KeyRule keyRule;
   Ref<AnyMessage> (*make)();
-  const std::uint8_t* (*readAscending)(AnyMessage& message, const std::uint8_t* at,
-                                       const std::uint8_t* end);
   Dictionary (*dictionary)(const AnyMessage& message);
-  bool (*readDictionary)(const Data& payload, Dictionary& result);
+  bool (*read)(Bytes bytes, Dictionary& result);
 
   /// The field of this number, or null.
   [[nodiscard]] const Field* find(std::uint64_t number) const {
@@ -141,6 +131,19 @@ template <class M>
 inline constexpr auto kFields =
     collectFields<M>(std::make_integer_sequence<std::uint32_t, kFieldNumberLimit>{});
 
+template <class M, std::size_t row>
+inline constexpr Field kField = kFields<M>[row];
+
+template <class M>
+using Rows = std::make_index_sequence<kFields<M>.size()>;
+
+/// The keys of a class's dictionaries: a place for each row.
+template <class M>
+inline constexpr auto kKeys = []<std::size_t... rows>(std::index_sequence<rows...>) {
+  return std::array{kKey<FixedText<kField<M, rows>.key.size()>(kField<M, rows>.key)>...};
+}
+(Rows<M>{});
+
 template <class M>
 inline constexpr MessageTable kTable = [] {
   MessageTable table{M::kName,
@@ -148,9 +151,8 @@ inline constexpr MessageTable kTable = [] {
                      {},
                      M::kKeyRule,
                      [] { return Ref<AnyMessage>(make<M>()); },
-                     Unrolled<M>::read,
                      Unrolled<M>::dictionary,
-                     Unrolled<M>::readDictionary};
+                     Unrolled<M>::read};
   table.rows.fill(kNoRow);
   for (std::size_t row = 0; row < table.fields.size(); ++row)
     table.rows[table.fields[row].number] = static_cast<std::uint8_t>(row);

@@ -42,15 +42,17 @@ void logUnknownTag(std::uint16_t tag, std::uint32_t value) {
   systemLog(line);
 }
 
-// The unrolled reader takes whole fields as the exact one would, and stops before any that is
-// unusual; the exact one reads that, and both go on behind it.
+// A new message takes what is usual as its dictionary; whatever else comes is read field by field.
 bool AnyMessage::readFrom(PBDataReader& reader) {
   const MessageTable& rows = table();
+  if (!_unfolded && _read.empty() && reader._padded && !reader._error &&
+      reader._pos < reader._length &&
+      rows.read({reader._bytes + reader._pos, reader._bytes + reader._length}, _read)) {
+    reader._pos = reader._length;
+    return true;
+  }
+  unfold();
   while (true) {
-    if (reader._padded && !reader._error && reader._pos < reader._length)
-      reader._pos = static_cast<std::uint64_t>(
-          rows.readAscending(*this, reader._bytes + reader._pos, reader._bytes + reader._length) -
-          reader._bytes);
     if (reader._pos >= reader._length || reader._error) return !reader._error;
     switch (readOne(rows, reader)) {
       case Reading::goesOn: break;

@@ -18,9 +18,12 @@ inline std::int32_t signedFromVarint(std::uint64_t varint) {
   return -(n & 1) ^ (n >> 1);
 }
 
-/// The value of an enumeration as its name, or as a number that has none: in the block, if there is
-/// one, and then nothing where that has no room.
-[[nodiscard]] Value valueNamed(const EnumTable& names, std::int32_t value, Block* block);
+/// How the text of a value without a name begins, which its number and ")" follow.
+inline constexpr std::string_view kUnnamed = "(unknown: ";
+
+/// What a dictionary shows for a value of an enumeration that has no name: in the block, if there
+/// is one, and then nothing where that has no room.
+[[nodiscard]] Value valueUnnamed(std::int32_t value, Block* block);
 
 /// Writes the line of a registered tag's value.
 void logUnknownTag(std::uint16_t tag, std::uint32_t value);
@@ -49,17 +52,20 @@ struct Varint {
   return {word, at + (std::countr_zero(ends) / 8 + 1)};
 }
 
-[[gnu::always_inline]] inline Varint varint(Position at) {
-  const std::uint64_t first = at[0];
-  if (first < 0x80) [[likely]]
-    return {first, at + 1};
-  const std::uint64_t second = at[1];
-  if (second >= 0x80) return longVarint(at);
-  return {(first & 0x7f) | second << 7, at + 2};
+/// Reads a varint; false when it takes nine or ten bytes.
+[[gnu::always_inline]] inline bool readVarint(Position& at, std::uint64_t& value) {
+  value = *at;
+  if (value < 0x80) [[likely]]
+    return ++at, true;
+  if (const std::uint64_t second = at[1]; second < 0x80) {
+    value = (value & 0x7f) | second << 7;
+    return at += 2, true;
+  }
+  const Varint read = longVarint(at);
+  value = read.value;
+  at = read.behind;
+  return at != nullptr;
 }
-
-template <class M, std::size_t row>
-inline constexpr Field kField = kFields<M>[row];
 
 /// The class of a nested message.
 template <class M, std::size_t row>
@@ -91,18 +97,12 @@ template <class M, std::size_t row>
   return word == kKeyBytes<M, row>;
 }
 
-/// Behind the key of this field; null where another one stands, or none.
+/// Goes behind the key and the length of this field's content, where they stand there. False: they
+/// do, but the content is not all there.
 template <class M, std::size_t row>
-[[gnu::always_inline]] inline Position behindKey(Position at, Position end) {
-  return at < end && isKeyAt<M, row>(at) ? at + kKeySize<M, row> : nullptr;
-}
-
-/// Reads a length and gives where its content begins; null where it is not all there.
-[[gnu::always_inline]] inline Position content(Position at, Position end, std::size_t& length) {
-  const auto [read, behind] = varint(at);
-  length = static_cast<std::size_t>(read);
-  const bool whole = behind && behind <= end && read <= static_cast<std::uint64_t>(end - behind);
-  return whole ? behind : nullptr;
+[[gnu::always_inline]] inline bool readLength(Position& at, Position end, std::uint64_t& length) {
+  at += kKeySize<M, row>;
+  return readVarint(at, length) && static_cast<std::ptrdiff_t>(length) <= end - at;
 }
 
 /// A registered tag's value is read, logged and dropped.
@@ -112,13 +112,9 @@ inline constexpr auto isRegistered = [](const Field& field) {
          KBBMetricUtility::isTag(static_cast<std::uint16_t>(field.number));
 };
 
-/// An element that turns out to be unusual is read again, which must not repeat a log line.
+/// What is given up is read again, which must not repeat a log line.
 template <class M>
 inline constexpr bool kLogsNothing = std::ranges::none_of(kFields<M>, isRegistered<M>);
-
-/// Whose end a message's reader looks at: a nested one's only behind its last field, since what has
-/// begun to read it gives it up as a whole.
-enum class Level { payload, nested };
 
 /// Writes the lines of the class's registered tag, of which it has one at most.
 template <class M>
@@ -127,23 +123,6 @@ void logRegistered(std::uint32_t value) {
   constexpr auto field = std::ranges::find_if(kFields<M>, isRegistered<M>);
   (void)KBBMetricUtility::isValidMetricIdTag(field->number, M::kName);
   logUnknownTag(field->number, value);
-}
-
-template <class M, Level level, std::size_t... rows>
-void readRows(M& m, Position& at, Position end, std::uint64_t& has, std::index_sequence<rows...>);
-
-template <class M>
-using Rows = std::make_index_sequence<kFields<M>.size()>;
-
-/// A nested message between the two; null, with nothing done, when something in it is unusual.
-template <class Element>
-[[gnu::always_inline]] inline Ref<Element> readElement(Position at, Position end) {
-  static_assert(kLogsNothing<Element>);
-  auto element = make<Element>();
-  std::uint64_t has = 0;
-  readRows<Element, Level::nested>(*element, at, end, has, Rows<Element>{});
-  element->addHas(has);
-  return at == end ? std::move(element) : nullptr;
 }
 
 /// What a message stores the field as.
@@ -161,354 +140,268 @@ template <class M, std::size_t row>
     return static_cast<TypeOf<M, row>>(varint);
 }
 
-/// Reads bytes, text or packed numbers behind their key, and gives where they end; null, with
-/// nothing done, when they are unusual.
-template <class M, std::size_t row>
-[[gnu::always_inline]] inline Position readInto(TypeOf<M, row>& read, Position at, Position end) {
-  constexpr Kind kind = kField<M, row>.kind;
-  std::size_t length = 0;
-  at = content(at, end, length);
-  if (!at) return nullptr;
-  const Position stop = at + length;
-  if constexpr (kind == Kind::bytes) {
-    read = Data::createFromPadded(Bytes(at, length));
-  } else if constexpr (kind == Kind::string) {
-    read = make<String>(std::string_view(reinterpret_cast<const char*>(at), length));
-  } else {
-    auto& values = read.values;
-    const std::size_t before = values.size();
-    if (before == 0) values.reserve(length);  // a number takes a byte at least
-    while (at < stop) {
-      const auto [value, behind] = varint(at);
-      if (!behind || behind > stop) {
-        values.resize(before);
-        return nullptr;
-      }
-      at = behind;
-      if constexpr (kind == Kind::packedUint32)
-        values.push_back(static_cast<std::uint32_t>(value));
-      else
-        values.push_back(signedFromVarint(value));
-    }
-  }
-  return stop;
-}
-
-/// Reads the scalar field where it stands next. False: what stands there is unusual.
-template <class M, std::size_t row, Level level>
-[[gnu::always_inline]] inline bool readScalar(M& m, Position& at, Position end,
-                                              std::uint64_t& has) {
-  constexpr const Field& field = kField<M, row>;
-  if (!isKeyAt<M, row>(at)) return true;
-  const auto [value, behind] = varint(at + kKeySize<M, row>);
-  if (!behind || (level == Level::payload && behind > end)) return false;
-  at = behind;
-  if constexpr (isRegistered<M>(field)) {
-    logRegistered<M>(static_cast<std::uint32_t>(value));
-  } else {
-    has |= std::uint64_t{1} << field.number;
-    field.template in<TypeOf<M, row>>(m) = fromVarint<M, row>(value);
-  }
-  return true;
-}
-
-/// Reads the elements that stand next. False: what stands there is unusual.
-template <class M, std::size_t row>
-[[gnu::always_inline]] inline bool readElements(M& m, Position& at, Position end) {
-  MessageArray* array = kField<M, row>.template in<Ref<MessageArray>>(m).get();
-  while (Position element = behindKey<M, row>(at, end)) {
-    std::size_t length = 0;
-    element = content(element, end, length);
-    if (!element) return false;
-    auto made = readElement<ElementOf<M, row>>(element, element + length);
-    if (!made) return false;
-    if (!array) {
-      auto& slot = kField<M, row>.template in<Ref<MessageArray>>(m);
-      slot = make<MessageArray>();
-      array = slot.get();
-    }
-    array->elements.push_back(std::move(made));
-    at = element + length;
-  }
-  return true;
-}
-
-/// Reads the field where it stands next. False: what stands there is unusual.
-template <class M, std::size_t row, Level level>
-[[gnu::always_inline]] inline bool readNext(M& m, Position& at, Position end, std::uint64_t& has) {
-  constexpr const Field& field = kField<M, row>;
-  static_assert(field.kind <= Kind::boolean || !isRegistered<M>(field));
-  if constexpr (field.kind <= Kind::boolean) {
-    return readScalar<M, row, level>(m, at, end, has);
-  } else if constexpr (field.kind == Kind::repeated) {
-    return readElements<M, row>(m, at, end);
-  } else {
-    Position value = behindKey<M, row>(at, end);
-    if (!value) return true;
-    if constexpr (field.kind == Kind::message) {
-      std::size_t length = 0;
-      value = content(value, end, length);
-      if (!value) return false;
-      auto element = readElement<ElementOf<M, row>>(value, value + length);
-      if (!element) return false;
-      field.template in<Ref<AnyMessage>>(m) = std::move(element);
-      at = value + length;
-    } else {
-      value = readInto<M, row>(field.template in<TypeOf<M, row>>(m), value, end);
-      if (!value) return false;
-      at = value;
-    }
-    return true;
-  }
-}
-
-template <class M, Level level, std::size_t... rows>
-[[gnu::always_inline]] inline void readRows(M& m, Position& at, Position end, std::uint64_t& has,
-                                            std::index_sequence<rows...>) {
-  (void)(readNext<M, rows, level>(m, at, end, has) && ...);
-}
-
-using DictionaryEntries = Elements<DictionaryEntry>;
-
-/// Where a dictionary's next entry is made, and which so far hold an object.
-struct Entries {
-  DictionaryEntry* first;
-  DictionaryEntry* next = first;
-  Holders holders{};
+/// The values of a dictionary that is made: where they stand, at which places there are none, and
+/// at which there is text that was made for them.
+struct Slots {
+  Value* first;
+  std::uint64_t absent = 0;
+  std::uint64_t made = 0;
   std::uint64_t registered = kNotThere;  // the value of the class's registered tag, of 32 bits
 
   static constexpr std::uint64_t kNotThere = ~std::uint64_t{0};
 
-  /// Requires: a number, or text that lives as long as the program.
-  [[gnu::always_inline]] void appendPlain(Literal key, Value value) {
-    new (next++) DictionaryEntry{Value(key), std::move(value)};
+  [[gnu::always_inline]] void put(std::size_t place, Value value) {
+    new (first + place) Value(std::move(value));
   }
-  [[gnu::always_inline]] void append(Literal key, Value value) {
-    if (!value.isPlain()) holders.add(static_cast<std::size_t>(next - first));
-    appendPlain(key, std::move(value));
-  }
-  /// Of the dictionary's own block. False where there is no object.
-  template <class Object>
-  [[gnu::always_inline]] bool appendInside(Literal key, const Object* object) {
-    if (!object) return false;
-    holders.add(static_cast<std::size_t>(next - first));
-    appendPlain(key, Value::inside(object));
-    return true;
-  }
+  [[gnu::always_inline]] void leaveOut(std::size_t place) { absent |= std::uint64_t{1} << place; }
 };
 
-template <class M, std::size_t row>
-inline constexpr Literal kKeyOf = kKey<FixedText<kField<M, row>.key.size()>(kField<M, row>.key)>;
+/// The places of a class's dictionaries where an object stands, if anything.
+template <class M>
+inline constexpr std::uint64_t kObjectPlaces = [] {
+  std::uint64_t places = 0;
+  for (std::size_t row = 0; row < kFields<M>.size(); ++row)
+    if (kFields<M>[row].kind > Kind::boolean) places |= std::uint64_t{1} << row;
+  return places;
+}();
 
-/// Appends a scalar as a dictionary shows it: an enumeration by its name. False where the block, if
-/// there is one, has no room.
-template <class M, std::size_t row>
-[[gnu::always_inline]] inline bool appendScalar(Entries& entries, TypeOf<M, row> value,
-                                                Block* block) {
-  constexpr Literal key = kKeyOf<M, row>;
-  if constexpr (kField<M, row>.kind == Kind::enumeration) {
-    constexpr EnumTable names = kField<M, row>.names;
-    const std::string_view name = names.nameBeforeGaps(value);
-    if (name.empty()) [[unlikely]] {
-      entries.append(key, valueNamed(kField<M, row>.names, value, block));
-      return entries.next[-1].value.kind() != Value::Kind::nothing;
-    }
-    entries.appendPlain(key, Value(Literal{name}));
-  } else {
-    entries.appendPlain(key, Value(value));
-  }
-  return true;
+template <class M>
+[[gnu::always_inline]] inline std::uint64_t present(const Slots& slots) {
+  constexpr std::size_t unused = 64 - kFields<M>.size();
+  return ~slots.absent << unused >> unused;
+}
+template <class M>
+[[gnu::always_inline]] inline Places holders(const Slots& slots) {
+  return Places::of((present<M>(slots) & kObjectPlaces<M>) | slots.made);
 }
 
-template <class Element>
-[[nodiscard]] Value listOf(const MessageArray& array) {
+/// The names of a row's values, each with room for whole steps.
+template <class M, std::size_t row>
+inline constexpr auto kNameTexts = [] {
+  constexpr auto names = kField<M, row>.names.names;
+  constexpr std::size_t longest = std::ranges::max(names, {}, [](const EnumName& name) {
+                                    return name.name.size();
+                                  }).name.size();
+  constexpr std::size_t size = (longest + kPaddedStep - 1) / kPaddedStep * kPaddedStep;
+  std::array<std::array<char, size>, names.size()> texts{};
+  for (std::size_t i = 0; i < names.size(); ++i) std::ranges::copy(names[i].name, texts[i].begin());
+  return texts;
+}();
+
+/// The same as values, one a number from the first on; nothing where there is a gap.
+template <class M, std::size_t row>
+inline constexpr auto kNames = [] {
+  constexpr auto names = kField<M, row>.names.names;
+  constexpr std::size_t count = static_cast<std::size_t>(names.back().value - names[0].value) + 1;
+  static_assert(count < 1024, "such gaps want another table");
+  std::array<Value, count> values;
+  for (std::size_t i = 0; i < names.size(); ++i)
+    values[static_cast<std::size_t>(names[i].value - names[0].value)] =
+        Value(Literal{{kNameTexts<M, row>[i].data(), names[i].name.size()}, true});
+  return values;
+}();
+
+/// An enumeration as its name. False where the block, if there is one, has no room.
+template <class M, std::size_t row>
+[[gnu::always_inline]] inline bool putNamed(Slots& slots, std::int32_t value, Block* block) {
+  constexpr auto& rows = kField<M, row>.names.names;
+  if constexpr (!rows.empty()) {
+    constexpr const auto& names = kNames<M, row>;
+    constexpr bool hasGaps = names.size() != rows.size();
+    const auto distance = static_cast<std::uint64_t>(std::int64_t{value} - rows[0].value);
+    if (distance < names.size()) [[likely]] {
+      const Value& name = names[distance];
+      if (!hasGaps || name.kind() != Value::Kind::nothing) [[likely]]
+        return slots.put(row, Value::plain(name)), true;
+    }
+  }
+  slots.made |= std::uint64_t{1} << row;
+  slots.put(row, valueUnnamed(value, block));
+  return slots.first[row].kind() != Value::Kind::nothing;
+}
+
+/// Puts a scalar as a dictionary shows it. False where the block, if there is one, has no room.
+template <class M, std::size_t row>
+[[gnu::always_inline]] inline bool putScalar(Slots& slots, TypeOf<M, row> value, Block* block) {
+  if constexpr (kField<M, row>.kind == Kind::enumeration)
+    return putNamed<M, row>(slots, value, block);
+  else
+    return slots.put(row, Value(value)), true;
+}
+
+[[nodiscard]] inline Value listOf(const MessageArray& array) {
   ListMaker list(array.elements.size());
   for (const auto& element : array.elements)
-    list.append(Value(Unrolled<Element>::dictionary(*element)));
+    list.append(Value(element->dictionaryRepresentation()));
   return Value(list.made());
 }
 
-/// Appends the field's entry where it is present.
+/// Puts the field's value where it is present.
 template <class M, std::size_t row>
-[[gnu::always_inline]] inline void appendEntry(Entries& entries, const M& m, std::uint64_t has) {
+void putField(Slots& slots, const M& m, std::uint64_t has) {
   constexpr const Field& field = kField<M, row>;
-  constexpr Literal key = kKeyOf<M, row>;
   using T = TypeOf<M, row>;
   const T& value = field.template in<T>(m);
   if constexpr (field.kind <= Kind::boolean) {
-    if (has >> field.number & 1) (void)appendScalar<M, row>(entries, value, nullptr);
+    if (has >> field.number & 1) return (void)putScalar<M, row>(slots, value, nullptr);
   } else if constexpr (field.kind == Kind::bytes || field.kind == Kind::string) {
-    if (value) entries.append(key, Value(value));
+    if (value) return slots.put(row, Value(value));
   } else if constexpr (field.kind == Kind::message) {
-    if (value) entries.append(key, Value(Unrolled<ElementOf<M, row>>::dictionary(*value)));
+    if (value) return slots.put(row, Value(value->dictionaryRepresentation()));
   } else if constexpr (field.kind == Kind::repeated) {
-    if (value && !value->elements.empty()) entries.append(key, listOf<ElementOf<M, row>>(*value));
+    if (value && !value->elements.empty()) return slots.put(row, listOf(*value));
   } else if constexpr (field.kind == Kind::packedUint32) {
-    if (!value.values.empty()) entries.append(key, Value(PBRepeatedUInt32NSArray(value)));
+    if (!value.values.empty()) return slots.put(row, Value(PBRepeatedUInt32NSArray(value)));
   } else {
-    if (!value.values.empty()) entries.append(key, Value(PBRepeatedInt32NSArray(value)));
+    if (!value.values.empty()) return slots.put(row, Value(PBRepeatedInt32NSArray(value)));
   }
+  slots.leaveOut(row);
 }
+
+// The same from the payload itself, all in one block: whatever it holds, nothing is counted, and
+// what is given up needs no end. A scalar that reaches too far is found when its message is read:
+// at most the zeros behind the payload are read, and no key is 0.
 
 template <class M, std::size_t... rows>
-[[gnu::always_inline]] inline void appendEntries(Entries& entries, const M& m,
-                                                 std::index_sequence<rows...>) {
-  const std::uint64_t has = m.presence();
-  (appendEntry<M, rows>(entries, m, has), ...);
-}
-
-// The same from the payload itself, for whoever wants no message, all in one block: whatever it
-// holds, nothing is counted, and what is given up needs no end. A scalar that reaches too far is
-// found when its message is read: at most the zeros behind the payload are read, and no key is 0.
-
-/// The numbers of a packed field, which `next` gives until there are no more; null where there is
-/// no room for `most`.
-template <class Next>
-[[gnu::always_inline]] inline Elements<Value>* listOfNumbers(Block& block, std::size_t most,
-                                                             Next next) {
-  auto* list = Elements<Value>::createIn(block, most);
-  if (!list) return nullptr;
-  Value* end = list->place();
-  while (next(end)) ++end;
-  list->endAt(end, block);
-  return list;
-}
-
-template <class M, std::size_t... rows>
-bool readEntries(Block& block, Entries& entries, Position& at, Position end,
-                 std::index_sequence<rows...>);
+bool readFields(Block& block, Slots& slots, Position& at, Position end,
+                std::index_sequence<rows...>);
 
 /// The dictionary of the message between the two; null where something in it is unusual.
 template <class M>
-[[gnu::always_inline]] inline DictionaryEntries* readDictionary(Block& block, Position at,
-                                                                Position end) {
-  auto* dictionary = DictionaryEntries::createIn(block, kFields<M>.size());
-  if (!dictionary) return nullptr;
-  Entries entries{dictionary->place()};
-  if (!readEntries<M>(block, entries, at, end, Rows<M>{}) || at != end) return nullptr;
-  dictionary->setSize(entries.next, entries.holders, {});
+[[gnu::always_inline]] inline const Elements* readMessage(Block& block, Position at, Position end) {
+  void* memory = block.take(Elements::bytes(kFields<M>.size()));
+  if (!memory) return nullptr;
+  Slots slots{Elements::firstIn(memory)};
+  if (!readFields<M>(block, slots, at, end, Rows<M>{}) || at != end) return nullptr;
   if constexpr (!kLogsNothing<M>)
-    if (entries.registered != Entries::kNotThere)
-      logRegistered<M>(static_cast<std::uint32_t>(entries.registered));
-  return dictionary;
+    if (slots.registered != Slots::kNotThere)
+      logRegistered<M>(static_cast<std::uint32_t>(slots.registered));
+  return new (memory) Elements(block, kKeys<M>, present<M>(slots), holders<M>(slots));
 }
 
-/// Appends the elements that stand next. False where something in them is unusual.
+/// Puts the elements that stand next. False where something in them is unusual, or there are many.
 template <class M, std::size_t row>
-[[gnu::always_inline]] inline bool readList(Block& block, Entries& entries, Position& at,
+[[gnu::always_inline]] inline bool readList(Block& block, Slots& slots, Position& at,
                                             Position end) {
+  static_assert(kLogsNothing<ElementOf<M, row>>);
+  constexpr std::size_t kMany = 256;
+  std::array<const Elements*, kMany> elements;
   std::size_t count = 0;
-  std::size_t length = 0;
-  for (Position next = at; (next = behindKey<M, row>(next, end)) != nullptr; ++count) {
-    next = content(next, end, length);
-    if (!next) return false;
-    next += length;
-  }
-  if (count == 0) return true;
-  auto* list = Elements<Value>::createIn(block, count);
-  if (!entries.appendInside(kKeyOf<M, row>, list)) return false;
-  for (std::size_t i = 0; i < count; ++i) {
-    const Position element = content(behindKey<M, row>(at, end), end, length);
-    at = element + length;
-    auto* dictionary = readDictionary<ElementOf<M, row>>(block, element, at);
-    if (!dictionary) return false;
-    list->appendInside(Value::inside(dictionary));
-  }
+  do {
+    std::uint64_t length = 0;
+    if (count == kMany || !readLength<M, row>(at, end, length)) return false;
+    const Position element = std::exchange(at, at + length);
+    elements[count] = readMessage<ElementOf<M, row>>(block, element, at);
+    if (!elements[count++]) return false;
+  } while (at < end && isKeyAt<M, row>(at));
+  Elements* list = Elements::createIn(block, count);
+  if (!list) return false;
+  for (std::size_t i = 0; i < count; ++i)
+    new (list->first() + i) Value(Value::inside(Value::Kind::dictionary, elements[i]));
+  list->setInside(count);
+  slots.put(row, Value::inside(Value::Kind::list, list));
   return true;
 }
 
-/// Appends the field's entry where it stands next. False: what stands there is unusual.
+/// Puts the numbers of a packed field. False where something in them is unusual.
 template <class M, std::size_t row>
-[[gnu::always_inline]] inline bool readEntry(Block& block, Entries& entries, Position& at,
+[[gnu::always_inline]] inline bool readNumbers(Block& block, Slots& slots, Position at,
+                                               Position end) {
+  if (at == end) return slots.leaveOut(row), true;
+  Elements* list = Elements::createIn(block, static_cast<std::size_t>(end - at));
+  if (!list) return false;
+  Value* next = list->first();
+  while (at < end) {
+    std::uint64_t number = 0;
+    if (!readVarint(at, number)) return false;
+    if constexpr (kField<M, row>.kind == Kind::packedUint32)
+      new (next++) Value(static_cast<std::uint32_t>(number));
+    else
+      new (next++) Value(signedFromVarint(number));
+  }
+  list->endAt(next, block);
+  slots.put(row, Value::inside(Value::Kind::list, list));
+  return at == end;
+}
+
+/// Puts the field's value where it stands next. False: what stands there is unusual.
+template <class M, std::size_t row>
+[[gnu::always_inline]] inline bool readField(Block& block, Slots& slots, Position& at,
                                              Position end) {
   constexpr const Field& field = kField<M, row>;
-  constexpr Literal key = kKeyOf<M, row>;
-  if constexpr (field.kind == Kind::repeated) {
-    return readList<M, row>(block, entries, at, end);
-  } else if constexpr (field.kind <= Kind::boolean) {
-    if (!isKeyAt<M, row>(at)) return true;
-    const auto [value, behind] = varint(at + kKeySize<M, row>);
-    if (!behind) return false;
-    at = behind;
-    if constexpr (isRegistered<M>(field)) {
-      entries.registered = static_cast<std::uint32_t>(value);
-      return true;
-    } else {
-      return appendScalar<M, row>(entries, fromVarint<M, row>(value), &block);
-    }
+  static_assert(field.kind <= Kind::boolean || !isRegistered<M>(field));
+  if constexpr (field.kind <= Kind::boolean) {
+    if (!isKeyAt<M, row>(at)) [[unlikely]]
+      return slots.leaveOut(row), true;
+    std::uint64_t value = 0;
+    at += kKeySize<M, row>;
+    if (!readVarint(at, value)) return false;
+    if constexpr (isRegistered<M>(field))
+      return slots.leaveOut(row), slots.registered = static_cast<std::uint32_t>(value), true;
+    else
+      return putScalar<M, row>(slots, fromVarint<M, row>(value), &block);
   } else {
-    Position value = behindKey<M, row>(at, end);
-    if (!value) return true;
-    std::size_t length = 0;
-    value = content(value, end, length);
-    if (!value) return false;
-    at = value + length;
-    if constexpr (field.kind == Kind::message) {
-      return entries.appendInside(key, readDictionary<ElementOf<M, row>>(block, value, at));
-    } else if constexpr (field.kind == Kind::bytes) {
-      return entries.appendInside(key, Data::createFromPaddedIn(block, Bytes(value, length)));
-    } else if constexpr (field.kind == Kind::string) {
-      return entries.appendInside(key, String::createFromPaddedIn(block, Bytes(value, length)));
+    if (at >= end || !isKeyAt<M, row>(at)) [[unlikely]]
+      return slots.leaveOut(row), true;
+    if constexpr (field.kind == Kind::repeated) {
+      return readList<M, row>(block, slots, at, end);
     } else {
-      bool usual = true;
-      const auto next = [&](Value* place) {
-        if (value >= at) return false;
-        const auto [number, behind] = varint(value);
-        usual = behind && behind <= at;
-        value = behind;
-        if constexpr (field.kind == Kind::packedUint32)
-          new (place) Value(static_cast<std::uint32_t>(number));
-        else
-          new (place) Value(signedFromVarint(number));
-        return usual;
+      std::uint64_t length = 0;
+      if (!readLength<M, row>(at, end, length)) return false;
+      const Position value = std::exchange(at, at + length);
+      const auto putInside = [&](const auto* object, auto... kind) {
+        if (object) slots.put(row, Value::inside(kind..., object));
+        return object != nullptr;
       };
-      return length == 0 ||
-             (entries.appendInside(key, listOfNumbers(block, length, next)) && usual);
+      if constexpr (field.kind == Kind::message) {
+        static_assert(kLogsNothing<ElementOf<M, row>>);
+        return putInside(readMessage<ElementOf<M, row>>(block, value, at), Value::Kind::dictionary);
+      } else if constexpr (field.kind == Kind::bytes) {
+        return putInside(Data::createFromPaddedIn(block, Bytes(value, at)));
+      } else if constexpr (field.kind == Kind::string) {
+        return putInside(String::createFromPaddedIn(block, Bytes(value, at)));
+      } else {
+        return readNumbers<M, row>(block, slots, value, at);
+      }
     }
   }
 }
 
 template <class M, std::size_t... rows>
-[[gnu::always_inline]] inline bool readEntries(Block& block, Entries& entries, Position& at,
-                                               Position end, std::index_sequence<rows...>) {
-  return (readEntry<M, rows>(block, entries, at, end) && ...);
+[[gnu::always_inline]] inline bool readFields(Block& block, Slots& slots, Position& at,
+                                              Position end, std::index_sequence<rows...>) {
+  return (readField<M, rows>(block, slots, at, end) && ...);
 }
 
 /// How large a block the dictionaries of a class have needed so far.
 template <class M>
-inline std::atomic<std::uint32_t> blockSize{DictionaryEntries::bytes(kFields<M>.size())};
+inline std::atomic<std::uint32_t> blockSize{Elements::bytes(kFields<M>.size())};
 
-/// A dictionary that would need more is left to the message.
+/// A dictionary that would need more is left to the exact reader.
 inline constexpr std::size_t kLargestBlock = 1 << 20;
 
 }  // namespace unrolled
 
 template <class M>
-const std::uint8_t* Unrolled<M>::read(AnyMessage& message, const std::uint8_t* at,
-                                      const std::uint8_t* end) {
-  auto& m = static_cast<M&>(message);
-  std::uint64_t has = 0;
-  unrolled::readRows<M, unrolled::Level::payload>(m, at, end, has, unrolled::Rows<M>{});
-  m.addHas(has);
-  return at;
-}
-
-template <class M>
 Dictionary Unrolled<M>::dictionary(const AnyMessage& message) {
-  auto made = unrolled::DictionaryEntries::create(kFields<M>.size());
-  unrolled::Entries entries{made->place()};
-  unrolled::appendEntries(entries, static_cast<const M&>(message), unrolled::Rows<M>{});
-  made->setSize(entries.next, {}, entries.holders);
+  auto made = Elements::create(Keys(kKeys<M>));
+  unrolled::Slots slots{made->first()};
+  const auto& m = static_cast<const M&>(message);
+  const std::uint64_t has = m.presence();
+  [&]<std::size_t... rows>(std::index_sequence<rows...>) {
+    (unrolled::putField<M, rows>(slots, m, has), ...);
+  }
+  (Rows<M>{});
+  made->setPresent(unrolled::present<M>(slots), {}, unrolled::holders<M>(slots));
   return Dictionary(std::move(made));
 }
 
 template <class M>
-bool Unrolled<M>::readDictionary(const Data& payload, Dictionary& result) {
-  const Bytes bytes = payload.bytes();
+bool Unrolled<M>::read(Bytes bytes, Dictionary& result) {
   auto& known = unrolled::blockSize<M>;
   for (std::size_t size = known.load(std::memory_order_relaxed);; size *= 2) {
     Block block(size);
-    if (unrolled::readDictionary<M>(block, bytes.data(), bytes.data() + bytes.size())) [[likely]]
+    if (unrolled::readMessage<M>(block, bytes.data(), bytes.data() + bytes.size())) [[likely]]
       return result = Dictionary(block), true;
     if (!block.isFull || 2 * size > unrolled::kLargestBlock) return false;
     // What is rarely that large is tried again each time.

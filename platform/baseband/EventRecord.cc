@@ -24,6 +24,9 @@ class Packer {
  public:
   explicit Packer(std::vector<std::uint8_t>& out) : _out(out) {}
 
+  /// How long the packed entries are with what may be read behind texts and bytes.
+  [[nodiscard]] std::size_t readable() const { return std::max(_readable, _out.size()); }
+
   template <class T>
   void plain(const T& value) {
     const auto* bytes = reinterpret_cast<const std::uint8_t*>(&value);
@@ -33,6 +36,7 @@ class Packer {
     plain(static_cast<std::uint32_t>(length));
     const auto* first = static_cast<const std::uint8_t*>(bytes);
     _out.insert(_out.end(), first, first + length);
+    _readable = _out.size() + kReadableBehind;
   }
   void key(std::string_view key) {
     for (std::uint8_t row = 0; row < std::size(kKnownKeys); ++row)
@@ -75,38 +79,61 @@ class Packer {
 
  private:
   std::vector<std::uint8_t>& _out;
+  std::size_t _readable = 0;
 };
 
 class Unpacker {
  public:
   explicit Unpacker(Bytes packed) : _at(packed.data()), _end(packed.data() + packed.size()) {}
 
-  /// A packed dictionary has each key once, and mostly few: those are in one block, with bytes.
+  /// Requires: what `Packer::readable` says.
   Dictionary dictionary() {
-    using Entries = Elements<DictionaryEntry>;
+    const std::uint8_t* const first = _at;
     const auto size = static_cast<std::size_t>(_end - _at);
-    Block block(Entries::bytes(kFew) + size + kFew * Data::mostIn(0));
-    Entries* few = Entries::createIn(block, kFew);
-    while (few->room() > 0 && _at != _end) {
-      const Value name = key();
-      if (name.isPlain() && isNext(xpc_type_t::int64)) {
-        few->append({name, Value(plain<std::int64_t>())}, true);
-      } else if (name.isPlain() && isNext(xpc_type_t::data)) {
-        few->appendInside({name, Value::inside(Data::createIn(block, delimited()))});
-      } else {
-        few->append({name, value()}, false);
-      }
-    }
-    Dictionary entries(block);
-    while (_at != _end) {
-      Value name = key();
-      entries.append(std::move(name), value());
-    }
-    return entries;
+    Block block(Elements::bytes(std::size(kKnownKeys)) + size +
+                std::size(kKnownKeys) * Data::mostIn(0));
+    if (readUsual(block)) [[likely]]
+      return Dictionary(block);
+    _at = first;
+    return any();
   }
 
  private:
-  static constexpr std::size_t kFew = 8;
+  /// Integers and bytes under known keys in their order: in one block.
+  bool readUsual(Block& block) {
+    void* memory = block.take(Elements::bytes(std::size(kKnownKeys)));
+    std::uint64_t present = 0;
+    Places inside;
+    while (_at != _end) {
+      const auto row = plain<std::uint8_t>();
+      const auto type = plain<xpc_type_t>();
+      if (row >= std::size(kKnownKeys) || present >> row != 0) return false;
+      Value* place = Elements::firstIn(memory) + row;
+      if (type == xpc_type_t::int64) {
+        new (place) Value(plain<std::int64_t>());
+      } else if (type == xpc_type_t::data) {
+        inside.add(row);
+        new (place) Value(Value::inside(Data::createFromPaddedIn(block, delimited())));
+      } else {
+        return false;
+      }
+      present |= std::uint64_t{1} << row;
+    }
+    new (memory) Elements(block, kKnownKeys, present, inside);
+    return true;
+  }
+  Dictionary any() {
+    Dictionary entries;
+    while (_at != _end) {
+      const auto row = plain<std::uint8_t>();
+      const auto name = row == kOtherKey ? text() : nullptr;
+      if (name)
+        entries.append(name, value());
+      else
+        entries.append(kKnownKeys[row], value());
+    }
+    return entries;
+  }
 
   template <class T>
   T plain() {
@@ -124,16 +151,6 @@ class Unpacker {
     return make<String>(
         std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
   }
-  Value key() {
-    const auto row = plain<std::uint8_t>();
-    return row == kOtherKey ? Value(text()) : Value(kKnownKeys[row]);
-  }
-  /// Whether a value of this type is next, whose content then is.
-  bool isNext(xpc_type_t type) {
-    if (static_cast<xpc_type_t>(*_at) != type) return false;
-    ++_at;
-    return true;
-  }
   Value value() {
     switch (plain<xpc_type_t>()) {
       case xpc_type_t::null: return {};
@@ -142,7 +159,7 @@ class Unpacker {
       case xpc_type_t::float64: return Value(plain<double>());
       case xpc_type_t::string: return Value(text());
       case xpc_type_t::data: return Value(make<Data>(delimited()));
-      case xpc_type_t::dictionary: return Value(Unpacker(delimited()).dictionary());
+      case xpc_type_t::dictionary: return Value(Unpacker(delimited()).any());
     }
     return {};
   }
@@ -156,10 +173,13 @@ class Unpacker {
 const EventRecord* _CFXPCCreateCFObjectFromXPCObject(xpc_object_t event) {
   if (!event || xpc_get_type(event) != xpc_type_t::dictionary) return nullptr;
   std::vector<std::uint8_t> packed;
-  Packer(packed).entries(event);
-  auto* memory = static_cast<std::uint8_t*>(::operator new(sizeof(EventRecord) + packed.size()));
-  std::ranges::copy(packed, memory + sizeof(EventRecord));
-  return new (memory) EventRecord(static_cast<std::uint32_t>(packed.size()));
+  Packer packer(packed);
+  packer.entries(event);
+  const std::size_t size = sizeof(EventRecord) + packer.readable();
+  auto* memory = static_cast<std::uint8_t*>(::operator new(size));
+  auto* end = std::ranges::copy(packed, memory + sizeof(EventRecord)).out;
+  std::fill(end, memory + size, std::uint8_t{0});
+  return new (memory) EventRecord(packed.size(), packer.readable() - packed.size());
 }
 
 void EventRecord::release() const {

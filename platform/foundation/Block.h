@@ -24,7 +24,9 @@ class Block {
     const std::size_t whole = (bytes + kAlignment - 1) / kAlignment * kAlignment;
     if (whole > static_cast<std::size_t>(_end - _next)) [[unlikely]]
       return isFull = true, nullptr;
-    return std::exchange(_next, _next + whole);
+    void* taken = std::exchange(_next, _next + whole);
+    if (!taken) __builtin_unreachable();  // or whoever asks would ask once more
+    return taken;
   }
   /// What was taken last ends here.
   void cut(const void* end) {

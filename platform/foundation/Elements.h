@@ -4,33 +4,41 @@
 #include <bit>
 #include <cstdint>
 #include <cstring>
-#include <memory>
 #include <span>
+#include <vector>
 
-#include "platform/foundation/Block.h"
-#include "platform/foundation/Object.h"
+#include "platform/foundation/Value.h"
 
 namespace quorin {
 
-/// Which elements of a block hold an object: one bit each, the last for all from there on.
-class Holders {
+/// Places of a block of values: one bit each, the last for all from there on.
+class Places {
  public:
-  void add(std::size_t index) { _bits |= std::uint64_t{1} << std::min(index, kLast); }
+  void add(std::size_t place) { _bits |= std::uint64_t{1} << std::min(place, kLast); }
+  /// Of one bit each, the last for the last alone.
+  [[nodiscard]] static Places of(std::uint64_t bits) {
+    Places places;
+    places._bits = bits;
+    return places;
+  }
+  [[nodiscard]] static Places below(std::size_t size) {
+    return of(size > kLast ? ~std::uint64_t{0} : (std::uint64_t{1} << size) - 1);
+  }
   [[nodiscard]] bool none() const { return _bits == 0; }
-  friend Holders operator|(Holders a, Holders b) {
+  friend Places operator|(Places a, Places b) {
     a._bits |= b._bits;
     return a;
   }
 
-  /// Visits the indexes below `size`, ascending.
+  /// Visits the places below `size`, ascending.
   template <class Visit>
   void each(std::size_t size, Visit visit) const {
     for (std::uint64_t rest = _bits; rest != 0; rest &= rest - 1) {
-      auto index = static_cast<std::size_t>(std::countr_zero(rest));
-      if (index < kLast)
-        visit(index);
+      auto place = static_cast<std::size_t>(std::countr_zero(rest));
+      if (place < kLast)
+        visit(place);
       else
-        for (; index < size; ++index) visit(index);
+        for (; place < size; ++place) visit(place);
     }
   }
 
@@ -39,88 +47,157 @@ class Holders {
   std::uint64_t _bits = 0;
 };
 
-/// What lists and dictionaries share when they are copied: elements in one block of memory, behind
-/// the object. Only elements that hold an object are destroyed and counted one by one.
-/// A whole one may also have what its elements hold in that memory: such parts are not counted,
-/// and hold nothing that lies elsewhere.
-template <class Element>
+/// The keys of one dictionary that has other ones than its kind.
+struct OwnKeys final : Object {
+  std::vector<Literal> all;
+  std::vector<Ref<String>> texts;  // those of them that do not live as long as the program
+};
+
+/// What lists and dictionaries share when they are copied: values in one block of memory, behind
+/// the object; a dictionary's beside the keys of its kind, a bit for each place where a value
+/// stands. Only values that hold an object are destroyed and counted one by one. A whole one may
+/// also have what its values hold in that memory: such parts are not counted, and hold nothing that
+/// lies elsewhere.
 class Elements final : public Part {
  public:
   static Ref<Elements> create(std::size_t capacity) {
-    const std::size_t size = bytes(capacity);
-    return Ref<Elements>(new (takeMemory(size)) Elements(capacity, size));
+    auto made = Ref<Elements>(new (takeMemory(bytes(capacity))) Elements(bytes(capacity)));
+    made->_capacity = static_cast<std::uint32_t>(capacity);
+    return made;
   }
-  /// Null where the block has no room.
+  /// A place for each key, and no value yet.
+  static Ref<Elements> create(Keys keys) {
+    auto made = create(keys.size());
+    made->setKeys(keys);
+    return made;
+  }
+  /// Each in a block; null where it has no room.
   [[nodiscard]] [[gnu::always_inline]] static Elements* createIn(Block& block,
                                                                  std::size_t capacity) {
     void* memory = block.take(bytes(capacity));
-    return memory ? new (memory) Elements(capacity, block) : nullptr;
+    if (!memory) return nullptr;
+    auto* made = new (memory) Elements(block);
+    made->_capacity = static_cast<std::uint32_t>(capacity);
+    return made;
   }
+  [[nodiscard]] [[gnu::always_inline]] static Elements* createIn(Block& block, Keys keys) {
+    void* memory = block.take(bytes(keys.size()));
+    return memory ? new (memory) Elements(block, keys, 0, {}) : nullptr;
+  }
+  /// In the block's memory: a dictionary with a place for each key, whose values were made before
+  /// at the places that are `present`, and of these `inside` hold what lies in the block.
+  [[gnu::always_inline]] Elements(const Block& block, Keys keys, std::uint64_t present,
+                                  Places inside)
+      : Part(block.first()),
+        _size(static_cast<std::uint32_t>(keys.size())),
+        _capacity(_size),
+        _keys(keys.data()),
+        _holders(inside),
+        _present(present) {}
+  static void* operator new(std::size_t /*size*/, void* memory) { return memory; }
   /// What lies first in the block, with the block's memory. Requires: it is one of these.
   [[nodiscard]] static Ref<Elements> whole(Block& block) {
-    return Ref<Elements>(static_cast<Elements*>(block.handOver()));
+    const auto memory = static_cast<std::uint32_t>(block.size());
+    Ref<Elements> made(static_cast<Elements*>(block.handOver()));
+    made->_memory = memory;
+    return made;
   }
   [[nodiscard]] static constexpr std::size_t bytes(std::size_t capacity) {
-    return sizeof(Elements) + capacity * sizeof(Element);
+    return sizeof(Elements) + capacity * sizeof(Value);
   }
   static void operator delete(Elements* elements, std::destroying_delete_t) {
-    if (!elements->_counting.none()) elements->endCounting();
+    elements->_counting.each(elements->_size, [=](std::size_t place) { elements->endAt(place); });
+    if (elements->_ownKeys) elements->_ownKeys->release();
     giveMemory(elements, elements->_memory);
   }
 
-  /// The place of the first element and its successors. Requires: `setSize` once they are made.
-  [[nodiscard]] Element* place() { return first(); }
-  /// Says which hold what lies in the same memory, and which of a whole one what lies elsewhere.
-  void setSize(const Element* end, Holders inside, Holders counting) {
-    _size = static_cast<std::uint32_t>(end - first());
+  /// The first place. Requires: `setPresent`, or `endAt`, once the values are made.
+  [[nodiscard]] Value* first() { return reinterpret_cast<Value*>(this + 1); }
+  [[nodiscard]] static Value* firstIn(void* memory) {
+    return reinterpret_cast<Value*>(static_cast<Elements*>(memory) + 1);
+  }
+  [[nodiscard]] const Value* first() const { return reinterpret_cast<const Value*>(this + 1); }
+  /// Says at which places of its kind's there are values, which of them hold what lies in the same
+  /// memory, and which what lies elsewhere.
+  void setPresent(std::uint64_t present, Places inside, Places counting) {
+    _present = present;
     _holders = inside | counting;
     _counting = counting;
   }
-
-  /// The same where what was taken of the block behind the last element goes back, and no element
+  /// Says that so many values were made, each of which holds what lies in the same memory.
+  void setInside(std::size_t size) {
+    _size = static_cast<std::uint32_t>(size);
+    _holders = Places::below(size);
+  }
+  /// A list's values end here: what was taken of the block behind them goes back. None of them
   /// holds an object.
-  void endAt(const Element* end, Block& block) {
-    setSize(end, {}, {});
-    _capacity = _size;
+  void endAt(const Value* end, Block& block) {
+    _size = _capacity = static_cast<std::uint32_t>(end - first());
     block.cut(end);
   }
 
-  [[nodiscard]] std::span<Element> all() { return {first(), _size}; }
-  [[nodiscard]] std::span<const Element> all() const { return {first(), _size}; }
+  [[nodiscard]] std::span<const Value> all() const { return {first(), _size}; }
+  /// How many places there are, with and without a value.
   [[nodiscard]] std::size_t size() const { return _size; }
   [[nodiscard]] std::size_t room() const { return _capacity - _size; }
-  /// Whether no element holds an object.
+  [[nodiscard]] bool has(std::size_t place) const {
+    return place >= kMostKeys || (_present >> place & 1) != 0;
+  }
+  /// The value at the place, or null.
+  [[nodiscard]] const Value* at(std::size_t place) const {
+    return place < _size && has(place) ? &first()[place] : nullptr;
+  }
+  [[nodiscard]] bool empty() const {
+    return _size < kMostKeys ? _present << (kMostKeys - _size) == 0 || _size == 0 : count() == 0;
+  }
+  /// How many of the places have a value.
+  [[nodiscard]] std::size_t count() const {
+    const std::uint64_t low =
+        _size < kMostKeys ? (std::uint64_t{1} << _size) - 1 : ~std::uint64_t{0};
+    return _size - static_cast<std::size_t>(std::popcount(~_present & low));
+  }
+  /// A dictionary's, one a place.
+  [[nodiscard]] const Literal* keys() const { return _keys; }
+  [[nodiscard]] bool hasOwnKeys() const { return _ownKeys != nullptr; }
+  /// Whether no value holds an object.
   [[nodiscard]] bool isPlain() const { return _holders.none(); }
+
   /// Requires: room.
-  void append(Element&& element, bool plain) {
+  void append(Value&& value, bool plain) {
     if (!plain) setCounting(_size);
-    new (first() + _size++) Element(std::move(element));
+    new (first() + _size++) Value(std::move(value));
   }
   /// The same for one that holds what lies in the same memory.
-  void appendInside(Element&& element) {
+  void appendInside(Value&& value) {
     _holders.add(_size);
-    new (first() + _size++) Element(std::move(element));
+    new (first() + _size++) Value(std::move(value));
   }
-  void setCounting(std::size_t index) {
-    _holders.add(index);
-    _counting.add(index);
+  /// Puts the value in its place, whatever was there. Requires: where the value is not plain, that
+  /// these are whole.
+  void put(std::size_t place, Value&& value) {
+    Value& old = first()[place];
+    if (has(place) && !old.isPlain()) endAt(place);
+    if (!value.isPlain()) setCounting(place);
+    if (place < kMostKeys) _present |= std::uint64_t{1} << place;
+    new (&old) Value(std::move(value));
+  }
+
+  /// The same where both are plain, or no value was there.
+  void putPlain(std::size_t place, const Value& value) {
+    if (place < kMostKeys) _present |= std::uint64_t{1} << place;
+    new (&first()[place]) Value(Value::plain(value));
   }
 
   /// A copy that nobody else holds, with room for `more`.
-  [[nodiscard]] Ref<Elements> copy(std::size_t more) const {
-    auto made = create(_size + more);
-    copyTo(*made);
-    made->_counting = _holders;
-    // The bytes of an element are its copy once what it holds counts one more.
-    _holders.each(_size, [this](std::size_t index) { first()[index].retain(); });
-    made->marked = marked;
-    return made;
-  }
-  /// The same in a block; null where it has no room. Requires: plain.
-  [[nodiscard]] Elements* copyIn(Block& block, std::size_t more) const {
-    Elements* made = createIn(block, _size + more);
-    if (made) copyTo(*made);
-    return made;
+  [[nodiscard]] Ref<Elements> copy(std::size_t more) const;
+  /// The same in a block, under `keys` that begin with these. Null where it has no room. Requires:
+  /// plain, and keys that live as long as the program.
+  [[nodiscard]] Elements* copyIn(Block& block, Keys keys) const {
+    void* memory = block.take(bytes(keys.size()));
+    if (!memory) return nullptr;
+    const auto* from = reinterpret_cast<const std::uint8_t*>(first());
+    copyInSteps(reinterpret_cast<std::uint8_t*>(firstIn(memory)), {from, _size * sizeof(Value)});
+    return new (memory) Elements(block, keys, _present, {});
   }
 
   /// Makes `elements` one that nobody else holds and that has room for `more`, and where something
@@ -131,56 +208,51 @@ class Elements final : public Part {
       return *elements;
     return made(elements, more);
   }
+  /// The same of a dictionary, with its own keys and room for one more.
+  static Elements& ownWithKeys(Ref<Elements>& elements, bool plain);
+  /// Appends under a key of its own. Requires: its own keys, and room.
+  void append(Literal key, Ref<String> text, Value&& value, bool plain);
 
-  /// Whether the object, which an element holds, lies in the same memory.
+  bool marked = false;  // whatever its holder means by it
+
+ private:
+  static constexpr std::size_t kMostKeys = 64;
+
+  explicit Elements(std::size_t memory) : _memory(static_cast<std::uint32_t>(memory)) {}
+  explicit Elements(const Block& block) : Part(block.first()) {}
+
+  void setKeys(Keys keys) {
+    _keys = keys.data();
+    _size = static_cast<std::uint32_t>(keys.size());
+    _present = 0;
+  }
+  void setCounting(std::size_t place) {
+    _holders.add(place);
+    _counting.add(place);
+  }
+  /// Whether the object, which a value holds, lies in the same memory.
   [[nodiscard]] bool contains(const void* object) const {
     return !isWhole() ||
            reinterpret_cast<std::uintptr_t>(object) - reinterpret_cast<std::uintptr_t>(this) <
                _memory;
   }
-
-  bool marked = false;  // whatever its holder means by it
-
- private:
-  Elements(std::size_t capacity, std::size_t memory)
-      : _capacity(static_cast<std::uint32_t>(capacity)),
-        _memory(static_cast<std::uint32_t>(memory)) {}
-  Elements(std::size_t capacity, const Block& block)
-      : Part(block.first()),
-        _capacity(static_cast<std::uint32_t>(capacity)),
-        _memory(static_cast<std::uint32_t>(block.size())) {}
-  [[nodiscard]] Element* first() { return reinterpret_cast<Element*>(this + 1); }
-  [[nodiscard]] const Element* first() const { return reinterpret_cast<const Element*>(this + 1); }
-
-  void copyTo(Elements& other) const {
-    std::memcpy(static_cast<void*>(other.first()), first(), _size * sizeof(Element));
-    other._size = _size;
-    other._holders = _holders;
+  void endAt(std::size_t place) {
+    first()[place].end([this](const void* object) { return contains(object); });
   }
+  [[gnu::noinline]] static Elements& made(Ref<Elements>& elements, std::size_t more);
 
-  [[gnu::noinline]] void endCounting() {
-    _counting.each(_size, [this](std::size_t index) {
-      first()[index].end([this](const void* object) { return contains(object); });
-    });
-  }
-
-  [[gnu::noinline]] static Elements& made(Ref<Elements>& elements, std::size_t more) {
-    constexpr std::size_t kLeast = 4;
-    const std::size_t size = elements ? elements->_size : 0;
-    if (!elements)
-      elements = create(more == 0 ? 0 : std::max(more, kLeast));
-    else if (elements->references() > 1)
-      elements = elements->copy(more);
-    else
-      elements = elements->copy(std::max(more, size));
-    return *elements;
-  }
-
+  std::uint32_t _memory = 0;  // bytes that begin here, of a whole one
+  OwnKeys* _ownKeys = nullptr;
+  Places _counting;  // of the holders those that may count it: elsewhere it lies
   std::uint32_t _size = 0;
-  std::uint32_t _capacity;
-  Holders _holders;
-  Holders _counting;      // those of them that may count it: elsewhere it lies
-  std::uint32_t _memory;  // bytes that begin here; of a part: that it lies in
+  std::uint32_t _capacity = 0;
+  const Literal* _keys = nullptr;
+  Places _holders;
+  std::uint64_t _present = ~std::uint64_t{0};
 };
+
+inline Value Value::inside(Kind listOrDictionary, const Elements* elements) {
+  return uncounted(listOrDictionary, elements);
+}
 
 }  // namespace quorin

@@ -1,6 +1,4 @@
-#include "platform/foundation/Value.h"
-
-#include <limits>
+#include "platform/foundation/Dictionary.h"
 
 namespace quorin {
 
@@ -13,9 +11,9 @@ T* objectAs(const Part* part) {
 
 }  // namespace
 
-Value::Value(const List& list) : Value(Kind::list, list._storage.get()) {}
+Value::Value(const List& list) : Value(Kind::list, list._elements.get()) {}
 
-Value::Value(const Dictionary& dictionary) : Value(Kind::dictionary, dictionary._storage.get()) {}
+Value::Value(const Dictionary& dictionary) : Value(Kind::dictionary, dictionary._elements.get()) {}
 
 std::optional<double> Value::number() const {
   switch (kind()) {
@@ -30,12 +28,14 @@ std::optional<double> Value::number() const {
   }
 }
 
+Ref<String> Value::string() const { return Ref<String>(objectAs<String>(_as.part)); }
+
 Ref<Data> Value::data() const { return Ref<Data>(objectAs<Data>(_as.part)); }
 
-List Value::list() const { return List(Ref<List::Storage>(objectAs<List::Storage>(_as.part))); }
+List Value::list() const { return List(Ref<Elements>(objectAs<Elements>(_as.part))); }
 
 Dictionary Value::dictionary() const {
-  return Dictionary(Ref<Dictionary::Storage>(objectAs<Dictionary::Storage>(_as.part)));
+  return Dictionary(Ref<Elements>(objectAs<Elements>(_as.part)));
 }
 
 bool operator==(const Value& a, const Value& b) {
@@ -55,48 +55,6 @@ bool operator==(const Value& a, const Value& b) {
     case Value::Kind::dictionary: return a.dictionary() == b.dictionary();
     default: return true;
   }
-}
-
-List::List(std::initializer_list<Value> values) {
-  for (const Value& value : values) append(value);
-}
-
-void List::reserve(std::size_t count) {
-  if (count > size()) Storage::own(_storage, count - size(), true);
-}
-
-Dictionary::Dictionary(std::initializer_list<std::pair<std::string_view, Value>> literals) {
-  for (const auto& [key, value] : literals) set(Literal{key}, value);
-}
-
-std::size_t Dictionary::search(std::span<const Entry> all, Literal key) {
-  bool once = key.padded;  // such a text stands once, and here so do all
-  for (std::size_t i = 0; i < all.size(); ++i) {
-    if (once && all[i].key._as.literal == key.text.data()) return i;
-    once = once && all[i].key.isPadded();
-  }
-  if (once) return all.size();
-  for (std::size_t i = 0; i < all.size(); ++i)
-    if (all[i].key.text() == key.text) return i;
-  return all.size();
-}
-
-void Dictionary::reserve(std::size_t count) {
-  if (count > size()) Storage::own(_storage, count - size(), true);
-}
-
-void Dictionary::set(Value key, Value value) {
-  const std::size_t index = indexOf(Literal{key.text(), key.isPadded()});
-  if (index == size())
-    append(std::move(key), std::move(value));
-  else
-    setAt(index, std::move(value));
-}
-
-Dictionary Dictionary::bridged() const {
-  Dictionary copy(_storage ? _storage->copy(0) : Storage::create(0));
-  copy._storage->marked = true;
-  return copy;
 }
 
 }  // namespace quorin

@@ -15,7 +15,7 @@ namespace quorin {
 
 /// The element at `index`, or the end of the process.
 template <class Container>
-[[nodiscard]] auto& elementAt(Container& container, std::ptrdiff_t index) {
+[[nodiscard]] decltype(auto) elementAt(Container& container, std::ptrdiff_t index) {
   if (index < 0 || index >= static_cast<std::ptrdiff_t>(container.size())) fatal();
   return container[static_cast<std::size_t>(index)];
 }

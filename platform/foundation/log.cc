@@ -138,12 +138,14 @@ void systemLog(std::string_view line) {
   if (const LogSink& sink = systemSink()) sink(line);
 }
 void printLine(std::string_view line) {
-  if (const LogSink& sink = printSink()) sink(line);
+  if (log_state::printing) printSink()(line);
 }
 bool isSystemLogOn() { return static_cast<bool>(systemSink()); }
-bool isPrintingOn() { return static_cast<bool>(printSink()); }
 LogSink setSystemLogSink(LogSink sink) { return std::exchange(systemSink(), std::move(sink)); }
-LogSink setPrintSink(LogSink sink) { return std::exchange(printSink(), std::move(sink)); }
+LogSink setPrintSink(LogSink sink) {
+  log_state::printing = static_cast<bool>(sink);
+  return std::exchange(printSink(), std::move(sink));
+}
 void flushPrintedLines() { std::fflush(stdout); }
 
 void writeOut(std::string_view text) {

@@ -5,6 +5,10 @@
 
 namespace quorin {
 
+namespace log_state {
+inline constinit bool printing = true;  // whether there is a sink
+}
+
 /// A log channel takes whole lines, without their line end. Sinks may be called on any thread. A
 /// channel without a sink is off.
 using LogSink = std::function<void(std::string_view line)>;
@@ -17,7 +21,7 @@ void printLine(std::string_view line);
 
 /// Whether a line on this channel would go anywhere: spares making one that would not.
 [[nodiscard]] bool isSystemLogOn();
-[[nodiscard]] bool isPrintingOn();
+[[nodiscard]] inline bool isPrintingOn() { return log_state::printing; }
 
 /// Replaces a channel's sink and gives back the one before. Requires: no other thread is logging.
 LogSink setSystemLogSink(LogSink sink);

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <memory>
 
-#include "platform/foundation/Value.h"
+#include "platform/foundation/Dictionary.h"
 
 namespace quorin {
 
@@ -81,22 +81,28 @@ constexpr auto kDigitPairs = [] {
   return at + 2;
 }
 
-/// Requires: room for 20 characters.
-[[gnu::always_inline]] inline char* putDigits(char* at, std::uint64_t number) {
-  if (number >= 10'000) return std::to_chars(at, at + 20, number).ptr;
-  auto rest = static_cast<std::uint32_t>(number);
-  if (rest >= 100) {
-    const std::uint32_t hundreds = rest / 100;
-    rest %= 100;
-    if (hundreds >= 10)
-      at = putPair(at, hundreds);
-    else
-      *at++ = static_cast<char>('0' + hundreds);
-  } else if (rest < 10) {
-    *at = static_cast<char>('0' + rest);
+/// Of a number below 10,000.
+[[gnu::always_inline]] inline char* putFew(char* at, std::uint32_t number) {
+  if (number < 10) {
+    *at = static_cast<char>('0' + number);
     return at + 1;
   }
-  return putPair(at, rest);
+  if (number < 100) return putPair(at, number);
+  const std::uint32_t hundreds = number / 100;
+  if (hundreds >= 10)
+    at = putPair(at, hundreds);
+  else
+    *at++ = static_cast<char>('0' + hundreds);
+  return putPair(at, number % 100);
+}
+
+/// Requires: room for 20 characters.
+[[gnu::always_inline]] inline char* putDigits(char* at, std::uint64_t number) {
+  if (number >= 100'000'000) return std::to_chars(at, at + 20, number).ptr;
+  const auto whole = static_cast<std::uint32_t>(number);
+  if (whole < 10'000) return putFew(at, whole);
+  const std::uint32_t rest = whole % 10'000;
+  return putPair(putPair(putFew(at, whole / 10'000), rest / 100), rest % 100);
 }
 
 /// Literals that the compiler knows become a store each.
@@ -148,18 +154,22 @@ class Printer {
     if (dictionary.empty()) return print("[:]");
     print("[");
     for (const auto& [key, value] : dictionary) {
-      if (!key.isPadded()) [[unlikely]] {
-        print(key);
+      if (!key.padded) [[unlikely]] {
+        print(Value(key));
         print(kColon);
         print(value);
         print(kSeparator);
         continue;
       }
-      const std::string_view text = key.text();
+      const std::string_view text = key.text;
       char* at = room(text.size() + kPaddedStep + kLongestNumber);
       at = put(putPadded(at, text), kColon);
       if (isUsualNumber(value)) [[likely]] {
         at = putSigned(at, *value.integer());
+      } else if (value.isPadded()) {
+        _at = at;
+        const std::string_view shown = value.text();
+        at = putPadded(room(shown.size() + kPaddedStep), shown);
       } else {
         _at = at;
         printOther(value);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/foundation/Value.h"
+#include "platform/foundation/Dictionary.h"
 #include "platform/protocolbuffer/PBDataReader.h"
 #include "platform/protocolbuffer/PBDataWriter.h"
 

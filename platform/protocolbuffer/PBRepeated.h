@@ -4,7 +4,7 @@
 #include <span>
 #include <vector>
 
-#include "platform/foundation/Value.h"
+#include "platform/foundation/Dictionary.h"
 
 namespace quorin {
 

@@ -126,9 +126,9 @@ TEST(SimulatedHour, StampsEveryMetricWithItsTimeInAscendingOrder) {
   for (const LoggedMetric& metric : hourOfDrive()) {
     EXPECT_GE(metric.t, last);
     last = metric.t;
-    const auto store = metricCase(metric.id)->decode(metric.payload);
-    ASSERT_TRUE(store);
-    const Value* stamp = store->find("timestamp");
+    Dictionary store;
+    ASSERT_TRUE(metricCase(metric.id)->decode(metric.payload, store));
+    const Value* stamp = store.find("timestamp");
     ASSERT_TRUE(stamp);
     EXPECT_EQ(printed(*stamp), std::to_string(kDriveStart + metric.t));
   }

@@ -128,7 +128,8 @@ Dictionary Peer::dictionaryOf(const Message& message, Nameless nameless) {
   }
   if (nameless == Nameless::shown) addNameless(message, entries);
   Dictionary dictionary;
-  for (auto& [number, entry] : entries) dictionary.set(Value(entry.first), std::move(entry.second));
+  for (auto& [number, entry] : entries)
+    dictionary.set(quorin::make<String>(entry.first), std::move(entry.second));
   return dictionary;
 }
 

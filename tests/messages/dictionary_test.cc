@@ -51,7 +51,7 @@ TEST(DictionaryRepresentation, LeavesOutEmptyRepeatedFields) {
 
 TEST(DictionaryRepresentation, HoldsAsMuchAsTheMessage) {
   for (const std::size_t count :
-       {std::size_t{1}, std::size_t{64}, std::size_t{1'000}, std::size_t{10'000}}) {
+       {std::size_t{1}, std::size_t{64}, std::size_t{256}, std::size_t{257}, std::size_t{10'000}}) {
     KCellularLteCarrierAggregationStatus status;
     std::string expected = "[scc_list: [";
     for (std::size_t i = 0; i < count; ++i) {
@@ -65,9 +65,14 @@ TEST(DictionaryRepresentation, HoldsAsMuchAsTheMessage) {
     PBDataWriter writer;
     status.writeTo(writer);
     Dictionary direct;
-    const bool fits = status.table().readDictionary(*make<Data>(Bytes(writer.bytes())), direct);
-    EXPECT_EQ(fits, count <= 1'000) << "what takes more than a mebibyte is left to the message";
+    const auto payload = make<Data>(Bytes(writer.bytes()));
+    const bool fits = status.table().read(payload->bytes(), direct);
+    EXPECT_EQ(fits, count <= 256) << "a longer list is left to the exact reader";
     EXPECT_EQ(fits ? printed(direct) : expected, expected);
+    KCellularLteCarrierAggregationStatus read;
+    EXPECT_TRUE(read.initWithData(payload));
+    EXPECT_EQ(printed(read.dictionaryRepresentation()), expected);
+    EXPECT_TRUE(read.isEqual(status));
   }
 }
 

@@ -91,9 +91,12 @@ TEST(MetricCases, AreFoundByTheWholeIdOnly) {
 
 TEST(MetricCases, RefuseAPayloadThatEndsTooSoon) {
   for (const MetricCase& row : metricCases()) {
-    EXPECT_EQ(row.decode(test::data("08")), std::nullopt) << row.logText;
-    EXPECT_EQ(row.decode(test::data("")), Dictionary()) << row.logText;
-    EXPECT_EQ(row.decode(nullptr), Dictionary()) << row.logText;
+    Dictionary store;
+    EXPECT_FALSE(row.decode(test::data("08"), store)) << row.logText;
+    EXPECT_TRUE(row.decode(test::data(""), store)) << row.logText;
+    EXPECT_EQ(store, Dictionary()) << row.logText;
+    EXPECT_TRUE(row.decode(nullptr, store)) << row.logText;
+    EXPECT_EQ(store, Dictionary()) << row.logText;
   }
 }
 

@@ -44,7 +44,7 @@ template <std::size_t count>
 void expectEmptyTexts(const Dictionary& dictionary, const char* const (&keys)[count]) {
   ASSERT_EQ(dictionary.size(), count);
   for (std::size_t i = 0; i < count; ++i) {
-    EXPECT_EQ(dictionary[i].key.text(), keys[i]);
+    EXPECT_EQ(dictionary[i].key.text, keys[i]);
     EXPECT_EQ(dictionary[i].value.kind(), Value::Kind::text);
     EXPECT_EQ(dictionary[i].value.text(), "") << keys[i];
   }

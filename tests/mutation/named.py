@@ -3,9 +3,9 @@
 # Group, file, what stands there (once), what comes instead.
 NAMED = [
     ("presence", "messages/codec/fields.h",
-     "    setHas(number, true);                                     \\\n", "                         \\\n"),
+     "    setHas(number, true);                                    \\\n", "                         \\\n"),
     ("presence", "messages/codec/unrolled.h",
-     "    has |= std::uint64_t{1} << field.number;\n", "    has |= std::uint64_t{0} << field.number;\n"),
+     "absent |= std::uint64_t{1} << place;", "absent |= std::uint64_t{0} << place;"),
     ("presence", "messages/codec/read.cc",
      "    setHas(field.number, true);\n    field.in<T>", "    field.in<T>"),
     ("truncation", "metrics/conversions.cc",

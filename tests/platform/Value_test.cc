@@ -1,4 +1,4 @@
-#include "platform/foundation/Value.h"
+#include "platform/foundation/Dictionary.h"
 
 #include <limits>
 
@@ -81,7 +81,7 @@ TEST(List, KeepsItsCopiesAsTheyWere) {
 TEST(Dictionary, KeepsTheOrderInWhichItsKeysWereFirstSet) {
   Dictionary dictionary;
   dictionary.set(Literal{"z"}, Value(1));
-  dictionary.set(Value(std::string("a")), Value(2));
+  dictionary.set(make<String>("a"), Value(2));
   dictionary.append(Literal{"m"}, Value(3));
   dictionary.set(Literal{"z"}, Value(4));
   EXPECT_EQ(printed(dictionary), "[z: 4, a: 2, m: 3]");
@@ -110,28 +110,40 @@ TEST(Dictionary, CarriesTheMarkOfTheBridgeOnlyInThatCopy) {
   EXPECT_FALSE(Dictionary().isBridged());
 }
 
-using Entries = Elements<DictionaryEntry>;
+constexpr Literal kOuterKeys[] = {kKey<"number">, kKey<"absent">, kKey<"inner">, kKey<"bytes">,
+                                  kKey<"list">};
+constexpr Literal kInnerKeys[] = {kKey<"number">, kKey<"text">};
 
 /// "[number: 1, inner: [number: 2, text: abc], bytes: <00ff>, list: [[number: 3], [number: 4]]]",
 /// all in one block.
 Dictionary inOneBlock() {
   Block block(4096);
-  const auto dictionary = [&](int number) {
-    Entries* made = Entries::createIn(block, 8);
-    made->append({Value(Literal{"number"}), Value(number)}, true);
+  const auto dictionary = [&](Keys keys, int number) {
+    Elements* made = Elements::createIn(block, keys);
+    made->put(0, Value(number));
     return made;
   };
-  const auto put = [](Entries* entries, const char* key, auto* object) {
-    entries->appendInside({Value(Literal{key}), Value::inside(object)});
+  const auto inside = [](Elements* elements, std::size_t place, Value value) {
+    new (elements->first() + place) Value(std::move(value));
   };
-  Entries* whole = dictionary(1);
-  Entries* inner = dictionary(2);
-  put(inner, "text", String::createIn(block, "abc"));
-  put(whole, "inner", inner);
-  put(whole, "bytes", Data::createIn(block, bytes("00 ff")));
-  auto* list = Elements<Value>::createIn(block, 2);
-  for (const int number : {3, 4}) list->appendInside(Value::inside(dictionary(number)));
-  put(whole, "list", list);
+  constexpr auto kDictionary = Value::Kind::dictionary;
+  std::array<std::uint8_t, 2 + kReadableBehind> bytes{0x00, 0xff};
+  std::array<std::uint8_t, 3 + kReadableBehind> text{'a', 'b', 'c'};
+  Elements* whole = dictionary(kOuterKeys, 1);
+  Elements* inner = dictionary(kInnerKeys, 2);
+  Places places;
+  places.add(1);
+  inside(inner, 1, Value::inside(String::createFromPaddedIn(block, Bytes(text).first(3))));
+  inner->setPresent(0b11, places, {});
+  inside(whole, 2, Value::inside(kDictionary, inner));
+  inside(whole, 3, Value::inside(Data::createFromPaddedIn(block, Bytes(bytes).first(2))));
+  Elements* list = Elements::createIn(block, 2);
+  for (const int number : {3, 4})
+    list->appendInside(Value::inside(kDictionary, dictionary(kInnerKeys, number)));
+  inside(whole, 4, Value::inside(Value::Kind::list, list));
+  places = {};
+  for (const std::size_t place : {2U, 3U, 4U}) places.add(place);
+  whole->setPresent(0b11101, places, {});
   return Dictionary(block);
 }
 constexpr char kInOneBlock[] =
@@ -144,10 +156,10 @@ TEST(Block, IsFullWhereSomethingHasNoRoom) {
   EXPECT_EQ(block.take(25), nullptr) << "a whole number of pointers was taken";
   EXPECT_TRUE(block.isFull);
   EXPECT_NE(block.take(24), nullptr);
-  EXPECT_EQ(Entries::createIn(block, 0), nullptr);
-  EXPECT_EQ(Elements<Value>::createIn(block, 0), nullptr);
+  EXPECT_EQ(Elements::createIn(block, Keys()), nullptr);
+  EXPECT_EQ(Elements::createIn(block, std::size_t{0}), nullptr);
   EXPECT_EQ(String::createIn(block, ""), nullptr);
-  EXPECT_EQ(Data::createIn(block, {}), nullptr);
+  EXPECT_EQ(Data::createFromPaddedIn(block, {}), nullptr);
 }
 
 TEST(DictionaryInABlock, LivesAsLongAsAnyOfItsParts) {
@@ -188,11 +200,15 @@ TEST(DictionaryInABlock, IsChangedForWhoeverChangesIt) {
       {"a part of its own", [](Dictionary& d) { d.set(Literal{"number"}, *d.find("inner")); },
        "[number: [number: 2, text: abc], inner: [number: 2, text: abc], bytes: <00ff>, list: "
        "[[number: 3], [number: 4]]]"},
-      {"one more",
-       [](Dictionary& d) { d.append(Value(std::string("m")), Value(test::data("02"))); },
+      {"one more", [](Dictionary& d) { d.append(make<String>("m"), Value(test::data("02"))); },
        "[number: 1, inner: [number: 2, text: abc], bytes: <00ff>, list: [[number: 3], [number: "
        "4]], "
        "m: <02>]"},
+      {"what its kind has, but not it",
+       [](Dictionary& d) { d.set(Literal{"absent"}, Value(test::data("03"))); },
+       "[number: 1, absent: <03>, inner: [number: 2, text: abc], bytes: <00ff>, list: [[number: "
+       "3], "
+       "[number: 4]]]"},
   };
   for (const auto& [change, make, after] : rows) {
     SCOPED_TRACE(change);
@@ -223,7 +239,7 @@ TEST(DictionaryInABlock, HasPartsThatAreChangedForWhoeverChangesThem) {
     inner = whole.find("inner")->dictionary();
     whole = Dictionary();  // only the part is held
     inner.set(Literal{"number"}, value);
-    for (int more = 0; more < 8; ++more) inner.append(Value(std::to_string(more)), value);
+    for (int more = 0; more < 8; ++more) inner.append(make<String>(std::to_string(more)), value);
     EXPECT_EQ(inner.size(), 10U);
     EXPECT_EQ(inner[0].value, value);
     EXPECT_EQ(inner.find("text")->text(), "abc");
@@ -232,6 +248,14 @@ TEST(DictionaryInABlock, HasPartsThatAreChangedForWhoeverChangesThem) {
 }
 
 TEST(ListChanged, IsOfCopies) {
+  static constexpr Literal kFrom[] = {kKey<"a">, kKey<"b">, kKey<"d">};
+  static constexpr Literal kTo[] = {kKey<"a">, kKey<"b">, kKey<"d">, kKey<"c">};
+  static constexpr Literal kOther[] = {kKey<"b">};
+  const auto dictionary = [](Keys keys, std::initializer_list<std::pair<int, Value>> values) {
+    DictionaryMaker made(keys);
+    for (const auto& [place, value] : values) made.put(static_cast<std::size_t>(place), value);
+    return Value(made.made());
+  };
   const Dictionary plain{{"a", Value(1)}, {"b", Value(2)}};
   const struct {
     const char* what;
@@ -243,6 +267,19 @@ TEST(ListChanged, IsOfCopies) {
        {Value(plain), Value(Dictionary{{"b", Value(3)}})},
        Value(9),
        "[[a: 1, b: 20, c: 9], [b: 30, c: 9]]"},
+      {"plain, of the kind",
+       {dictionary(kFrom, {{0, Value(1)}, {1, Value(2)}}), dictionary(kFrom, {{1, Value(3)}}),
+        dictionary(kFrom, {})},
+       Value(9),
+       "[[a: 1, b: 20, c: 9], [b: 30, c: 9], [c: 9]]"},
+      {"plain, of another kind",
+       {dictionary(kFrom, {{0, Value(1)}}), dictionary(kOther, {{0, Value(3)}})},
+       Value(9),
+       "[[a: 1, c: 9], [b: 30, c: 9]]"},
+      {"an object, of the kind",
+       {dictionary(kFrom, {{1, Value(1)}, {2, Value(test::data("00"))}})},
+       Value(9),
+       "[[b: 10, d: <00>, c: 9]]"},
       {"nothing", {}, Value(9), "[]"},
       {"an object",
        {Value(plain), Value(Dictionary{{"b", Value(3)}, {"d", Value(test::data("00"))}})},
@@ -260,10 +297,10 @@ TEST(ListChanged, IsOfCopies) {
   for (const auto& [what, list, added, after] : rows) {
     SCOPED_TRACE(what);
     const std::string before = printed(list);
-    List copy = list.changed(1, added.isPlain(), [&, &more = added](auto& entry) {
-      const std::size_t place = entry.indexOf(Literal{"b"});
-      if (place < entry.size())
-        entry.setAt(place, Value(static_cast<int>(*entry[place].value.integer() * 10)));
+    List copy = list.changed(added.isPlain(), kFrom, kTo, [&, &more = added](auto&& entry) {
+      const std::size_t place = entry.placeOf(Literal{"b"});
+      if (const Value* value = entry.at(place))
+        entry.setAt(place, Value(static_cast<int>(*value->integer() * 10)));
       entry.set(Literal{"c"}, more);
     });
     EXPECT_EQ(printed(copy), after);

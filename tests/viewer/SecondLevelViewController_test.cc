@@ -149,7 +149,7 @@ std::string expectation(const std::string& text) {
   for (const StoreRow& row : storeRows())
     if (text == "store:" + std::string(row.name))
       for (const auto& [key, value] : (*MetricValidator::sharedInstance().*row.get)())
-        rows += printed(key) + "=" + printed(value) + "\n";
+        rows += std::string(key.text) + "=" + printed(value) + "\n";
   return rows;
 }
 

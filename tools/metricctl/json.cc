@@ -36,7 +36,7 @@ Json jsonOf(const Value& value) {
 
 Json jsonOf(const Dictionary& dictionary) {
   Json object = Json::object();
-  for (const auto& [key, value] : dictionary) object[utf8(key.text())] = jsonOf(value);
+  for (const auto& [key, value] : dictionary) object[utf8(key.text)] = jsonOf(value);
   return object;
 }
 

@@ -1,0 +1,273 @@
+#pragma once
+
+#include <initializer_list>
+#include <iterator>
+#include <utility>
+
+#include "platform/foundation/Elements.h"
+
+namespace quorin {
+
+/// An ordered list of values.
+class List {
+ public:
+  List() = default;
+  List(std::initializer_list<Value> values);
+  /// Takes over the block's memory. Requires: a list's elements lie first in it.
+  explicit List(Block& block) : _elements(Elements::whole(block)) {}
+
+  [[nodiscard]] std::size_t size() const { return values().size(); }
+  [[nodiscard]] bool empty() const { return size() == 0; }
+  [[nodiscard]] const Value& operator[](std::size_t index) const { return values()[index]; }
+  [[nodiscard]] auto begin() const { return values().begin(); }
+  [[nodiscard]] auto end() const { return values().end(); }
+  /// Makes room for so many values in all.
+  void reserve(std::size_t count);
+  void append(Value value) {
+    const bool plain = value.isPlain();
+    Elements::own(_elements, 1, plain).append(std::move(value), plain);
+  }
+
+  /// The same dictionaries, with `change` made to a copy of each: of a `Dictionary`, or of a
+  /// `DictionaryDraft` where nothing but plain values is there and, as `plain` says, is put there.
+  /// Copies under the keys `from` get the keys `to`, which begin with those, where these are given.
+  /// A draft may be dropped, and its dictionary be copied once more.
+  /// Requires: the list has dictionaries only.
+  template <class Change>
+  [[nodiscard]] List changed(bool plain, Keys from, Keys to, Change change) const;
+
+  friend bool operator==(const List& a, const List& b) {
+    return std::ranges::equal(a.values(), b.values());
+  }
+
+ private:
+  friend class Value;
+  friend class ListMaker;
+  explicit List(Ref<Elements> elements) : _elements(std::move(elements)) {}
+  [[nodiscard]] std::span<const Value> values() const {
+    return _elements ? _elements->all() : std::span<const Value>();
+  }
+
+  Ref<Elements> _elements;
+};
+
+/// One value of a dictionary under its key, both as long as the dictionary is not changed.
+struct DictionaryEntry {
+  Literal key;
+  const Value& value;
+};
+
+/// Values under text keys: in the order of the keys of its kind, or in which they were first set.
+class Dictionary {
+ public:
+  Dictionary() = default;
+  Dictionary(std::initializer_list<std::pair<std::string_view, Value>> literals);
+  /// Takes over the block's memory. Requires: a dictionary's elements lie first in it.
+  explicit Dictionary(Block& block) : _elements(Elements::whole(block)) {}
+  explicit Dictionary(Ref<Elements> elements) : _elements(std::move(elements)) {}
+
+  [[nodiscard]] std::size_t size() const { return _elements ? _elements->count() : 0; }
+  [[nodiscard]] bool empty() const { return !_elements || _elements->empty(); }
+  /// One a place, with a value or without.
+  [[nodiscard]] Keys keys() const {
+    return _elements ? Keys(_elements->keys(), _elements->size()) : Keys();
+  }
+  [[nodiscard]] auto begin() const { return Iterator(_elements.get(), 0); }
+  [[nodiscard]] auto end() const { return Iterator(_elements.get(), places()); }
+  /// One entry after the other is passed for it. Requires: index < size.
+  [[nodiscard]] DictionaryEntry operator[](std::size_t index) const {
+    return *std::next(begin(), static_cast<std::ptrdiff_t>(index));
+  }
+
+  /// The value under `key`, or null. A good guess of its place saves the search.
+  [[nodiscard]] const Value* find(std::string_view key) const { return find(Literal{key}); }
+  [[nodiscard]] const Value* find(const Literal& key, std::size_t guess = 0) const {
+    return _elements ? _elements->at(placeOf(key, guess)) : nullptr;
+  }
+  /// Where the key's value stands or would stand: a place behind all others when its kind has no
+  /// such key. Places ascend in the entries' order.
+  [[nodiscard]] std::size_t placeOf(const Literal& key, std::size_t guess = 0) const {
+    return _elements ? placeOf(*_elements, key, guess) : 0;
+  }
+  /// The value at the place, or null.
+  [[nodiscard]] const Value* at(std::size_t place) const {
+    return _elements ? _elements->at(place) : nullptr;
+  }
+
+  /// Replaces the value in its place, or adds it.
+  void set(Literal key, Value value) { set(key, nullptr, std::move(value)); }
+  void set(const Ref<String>& key, Value value) { set({key->text()}, key, std::move(value)); }
+  /// Replaces the value at the place. Requires: a place of this dictionary.
+  void setAt(std::size_t place, Value value) {
+    Elements::own(_elements, 0, value.isPlain()).put(place, std::move(value));
+  }
+  /// Appends. Requires: no entry has this key.
+  void append(Literal key, Value value) { append(key, nullptr, std::move(value)); }
+  void append(const Ref<String>& key, Value value) { append({key->text()}, key, std::move(value)); }
+
+  /// Whether this is the platform's own dictionary behind a bridge, and not the program's.
+  [[nodiscard]] bool isBridged() const { return _elements && _elements->marked; }
+  /// A copy that carries the bridge's mark.
+  [[nodiscard]] Dictionary bridged() const;
+
+  friend bool operator==(const Dictionary& a, const Dictionary& b);
+
+ private:
+  friend class Value;
+  friend class DictionaryDraft;
+  friend class DictionaryMaker;
+
+  class Iterator {
+   public:
+    using difference_type = std::ptrdiff_t;
+    using value_type = DictionaryEntry;
+    using iterator_category = std::input_iterator_tag;
+    using pointer = void;
+    using reference = DictionaryEntry;
+
+    Iterator(const Elements* elements, std::size_t place) : _elements(elements), _place(place) {
+      skip();
+    }
+    DictionaryEntry operator*() const {
+      return {_elements->keys()[_place], _elements->first()[_place]};
+    }
+    Iterator& operator++() {
+      ++_place;
+      skip();
+      return *this;
+    }
+    friend bool operator==(const Iterator&, const Iterator&) = default;
+
+   private:
+    void skip() {
+      while (_elements && _place < _elements->size() && !_elements->has(_place)) ++_place;
+    }
+    const Elements* _elements;
+    std::size_t _place;
+  };
+
+  [[nodiscard]] static std::size_t placeOf(const Elements& elements, const Literal& key,
+                                           std::size_t guess) {
+    return isAt(elements, key, guess) ? guess : search(elements, key);
+  }
+  /// Whether the place's key is this text at the same address.
+  [[nodiscard]] static bool isAt(const Elements& elements, const Literal& key, std::size_t place) {
+    return place < elements.size() && elements.keys()[place].text.data() == key.text.data() &&
+           elements.keys()[place].text.size() == key.text.size();
+  }
+  /// The place of the key, whether it has a value or not, or the size.
+  [[nodiscard]] static std::size_t search(const Elements& elements, const Literal& key);
+  [[nodiscard]] std::size_t places() const { return _elements ? _elements->size() : 0; }
+  void set(Literal key, Ref<String> text, Value value);
+  void append(Literal key, Ref<String> text, Value value);
+
+  Ref<Elements> _elements;
+};
+
+/// A dictionary of plain values that is made in a block, before anyone holds it.
+class DictionaryDraft {
+ public:
+  explicit DictionaryDraft(Elements* elements) : _elements(elements) {}
+
+  [[nodiscard]] Keys keys() const { return {_elements->keys(), _elements->size()}; }
+  [[nodiscard]] std::size_t placeOf(const Literal& key, std::size_t guess = 0) const {
+    return Dictionary::placeOf(*_elements, key, guess);
+  }
+  [[nodiscard]] const Value* at(std::size_t place) const { return _elements->at(place); }
+  /// Each requires: the value is plain, and its key one of the dictionary's kind.
+  void setAt(std::size_t place, const Value& value) { _elements->putPlain(place, value); }
+  void set(Literal key, const Value& value) { setAt(Dictionary::search(*_elements, key), value); }
+
+ private:
+  Elements* _elements;
+};
+
+/// Makes a dictionary of the keys of its kind, or of the same as another's, place by place.
+class DictionaryMaker {
+ public:
+  explicit DictionaryMaker(Keys keys) : _elements(Elements::create(keys)) {}
+  explicit DictionaryMaker(const Dictionary& like)
+      : _elements(like._elements && like._elements->hasOwnKeys() ? like._elements->copy(0)
+                                                                 : Elements::create(like.keys())) {}
+
+  void put(std::size_t place, const Value& value) {
+    if (value.isPlain())
+      _elements->putPlain(place, value);
+    else
+      _elements->put(place, Value(value));
+  }
+  [[nodiscard]] Dictionary made() { return Dictionary(std::move(_elements)); }
+
+ private:
+  Ref<Elements> _elements;
+};
+
+/// Makes a list whose largest size is known beforehand. Requires: room for what is appended.
+class ListMaker {
+ public:
+  explicit ListMaker(std::size_t most) : _elements(Elements::create(most)) {}
+
+  void append(Value value) {
+    const bool plain = value.isPlain();
+    _elements->append(std::move(value), plain);
+  }
+  [[nodiscard]] List made() { return List(std::move(_elements)); }
+
+ private:
+  Ref<Elements> _elements;
+};
+
+inline Value::Value(List&& list) : Value(Kind::list, list._elements.take(), nullptr) {}
+inline Value::Value(Dictionary&& dictionary)
+    : Value(Kind::dictionary, dictionary._elements.take(), nullptr) {}
+
+template <class Change>
+List List::changed(bool plain, Keys from, Keys to, Change change) const {
+  const auto elementsOf = [](const Value& value) {
+    return static_cast<const Elements*>(value.counted());
+  };
+  const Elements* first = empty() ? nullptr : elementsOf((*this)[0]);
+  if (plain && first && !first->hasOwnKeys() && (to.empty() || first->keys() == from.data())) {
+    const Keys keys = to.empty() ? Keys(first->keys(), first->size()) : to;
+    Block block(Elements::bytes(size()) + size() * Elements::bytes(keys.size()));
+    Elements* list = Elements::createIn(block, size());
+    Value* next = list->first();
+    for (const Value& value : *this) {
+      const Elements* entry = elementsOf(value);
+      if (!entry || !entry->isPlain() || entry->keys() != first->keys()) break;
+      Elements* copy = entry->copyIn(block, keys);
+      change(DictionaryDraft(copy));
+      new (next++) Value(Value::inside(Value::Kind::dictionary, copy));
+    }
+    list->setInside(static_cast<std::size_t>(next - list->first()));
+    if (list->size() == size()) return List(block);
+  }
+  ListMaker list(size());
+  for (const Value& value : *this) {
+    Dictionary copy = value.dictionary();
+    change(copy);
+    list.append(Value(std::move(copy)));
+  }
+  return list.made();
+}
+
+/// Printed forms: "[key: value, key: value]", "[:]" when empty; "[a, b]"; bytes "<0aff>"; booleans
+/// 1 and 0; text as it is, with U+FFFD where it is not UTF-8; floating-point numbers as the
+/// shortest text that reads back, always with a decimal.
+void appendPrinted(std::string& out, const Value& value);
+void appendPrinted(std::string& out, const List& list);
+void appendPrinted(std::string& out, const Dictionary& dictionary);
+void appendPrinted(std::string& out, float value);
+void appendPrinted(std::string& out, double value);
+
+template <class T>
+[[nodiscard]] std::string printed(const T& value) {
+  std::string out;
+  appendPrinted(out, value);
+  return out;
+}
+
+/// Appends the text with U+FFFD in place of each maximal part that is not UTF-8.
+void appendUtf8(std::string& out, std::string_view text);
+
+}  // namespace quorin
