@@ -96,9 +96,11 @@ Common::Common() : activeBearer(placeholder(kWaiting)), simContents(placeholder(
 Dictionary withFixedKeys(const Dictionary& fixed, const Dictionary& latest) {
   const Keys keys = fixed.keys();
   DictionaryMaker dictionary(fixed);
+  const Keys known = latest.keys();
   std::size_t found = 0;  // both mostly go on alike
   for (std::size_t place = 0; place < keys.size(); ++place, ++found) {
-    found = latest.placeOf(keys[place], found);
+    if (found >= known.size() || known[found].text.data() != keys[place].text.data())
+      found = latest.placeOf(keys[place]);
     const Value* value = latest.at(found);
     dictionary.put(place, value ? *value : kEmptyText);
   }

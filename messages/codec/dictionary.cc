@@ -9,6 +9,14 @@ Value valueUnnamed(std::int32_t value, Block* block) {
   return text ? Value::inside(text) : Value();
 }
 
+Elements* unrolled::largerList(Block& block, const Elements* list) {
+  const std::span<const Value> values = list->full();
+  Elements* larger = Elements::createIn(block, 2 * values.size());
+  if (!larger) return nullptr;
+  for (const Value& value : values) larger->appendInside(Value::plain(value));
+  return larger;
+}
+
 Dictionary AnyMessage::dictionaryRepresentation() const {
   return _unfolded ? table().dictionary(*this) : _read;
 }

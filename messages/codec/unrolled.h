@@ -279,26 +279,35 @@ template <class M>
   return new (memory) Elements(block, kKeys<M>, present<M>(slots), holders<M>(slots));
 }
 
-/// Puts the elements that stand next. False where something in them is unusual, or there are many.
+/// A full list of dictionaries in the same block, with room for as many more; null where that has
+/// no room. The smaller one's memory stays unused.
+[[nodiscard]] Elements* largerList(Block& block, const Elements* list);
+
+/// Puts the elements that stand next. False where something in them is unusual.
 template <class M, std::size_t row>
 [[gnu::always_inline]] inline bool readList(Block& block, Slots& slots, Position& at,
                                             Position end) {
   static_assert(kLogsNothing<ElementOf<M, row>>);
-  constexpr std::size_t kMany = 256;
-  std::array<const Elements*, kMany> elements;
-  std::size_t count = 0;
+  constexpr std::size_t kFew = 8;
+  Elements* list = Elements::createIn(block, kFew);
+  if (!list) return false;
+  Value* next = list->first();
+  const Value* last = next + kFew;
   do {
     std::uint64_t length = 0;
-    if (count == kMany || !readLength<M, row>(at, end, length)) return false;
+    if (!readLength<M, row>(at, end, length)) return false;
     const Position element = std::exchange(at, at + length);
-    elements[count] = readMessage<ElementOf<M, row>>(block, element, at);
-    if (!elements[count++]) return false;
+    const Elements* dictionary = readMessage<ElementOf<M, row>>(block, element, at);
+    if (!dictionary) return false;
+    if (next == last) [[unlikely]] {
+      list = largerList(block, list);
+      if (!list) return false;
+      next = list->first() + list->size();
+      last = next + list->room();
+    }
+    new (next++) Value(Value::inside(Value::Kind::dictionary, dictionary));
   } while (at < end && isKeyAt<M, row>(at));
-  Elements* list = Elements::createIn(block, count);
-  if (!list) return false;
-  for (std::size_t i = 0; i < count; ++i)
-    new (list->first() + i) Value(Value::inside(Value::Kind::dictionary, elements[i]));
-  list->setInside(count);
+  list->setInside(static_cast<std::size_t>(next - list->first()));
   slots.put(row, Value::inside(Value::Kind::list, list));
   return true;
 }

@@ -24,9 +24,6 @@ class Packer {
  public:
   explicit Packer(std::vector<std::uint8_t>& out) : _out(out) {}
 
-  /// How long the packed entries are with what may be read behind texts and bytes.
-  [[nodiscard]] std::size_t readable() const { return std::max(_readable, _out.size()); }
-
   template <class T>
   void plain(const T& value) {
     const auto* bytes = reinterpret_cast<const std::uint8_t*>(&value);
@@ -36,7 +33,6 @@ class Packer {
     plain(static_cast<std::uint32_t>(length));
     const auto* first = static_cast<const std::uint8_t*>(bytes);
     _out.insert(_out.end(), first, first + length);
-    _readable = _out.size() + kReadableBehind;
   }
   void key(std::string_view key) {
     for (std::uint8_t row = 0; row < std::size(kKnownKeys); ++row)
@@ -79,14 +75,12 @@ class Packer {
 
  private:
   std::vector<std::uint8_t>& _out;
-  std::size_t _readable = 0;
 };
 
 class Unpacker {
  public:
   explicit Unpacker(Bytes packed) : _at(packed.data()), _end(packed.data() + packed.size()) {}
 
-  /// Requires: what `Packer::readable` says.
   Dictionary dictionary() {
     const std::uint8_t* const first = _at;
     const auto size = static_cast<std::size_t>(_end - _at);
@@ -113,7 +107,7 @@ class Unpacker {
         new (place) Value(plain<std::int64_t>());
       } else if (type == xpc_type_t::data) {
         inside.add(row);
-        new (place) Value(Value::inside(Data::createFromPaddedIn(block, delimited())));
+        new (place) Value(Value::inside(Data::createIn(block, delimited())));
       } else {
         return false;
       }
@@ -173,13 +167,10 @@ class Unpacker {
 const EventRecord* _CFXPCCreateCFObjectFromXPCObject(xpc_object_t event) {
   if (!event || xpc_get_type(event) != xpc_type_t::dictionary) return nullptr;
   std::vector<std::uint8_t> packed;
-  Packer packer(packed);
-  packer.entries(event);
-  const std::size_t size = sizeof(EventRecord) + packer.readable();
-  auto* memory = static_cast<std::uint8_t*>(::operator new(size));
-  auto* end = std::ranges::copy(packed, memory + sizeof(EventRecord)).out;
-  std::fill(end, memory + size, std::uint8_t{0});
-  return new (memory) EventRecord(packed.size(), packer.readable() - packed.size());
+  Packer(packed).entries(event);
+  auto* memory = static_cast<std::uint8_t*>(::operator new(sizeof(EventRecord) + packed.size()));
+  std::ranges::copy(packed, memory + sizeof(EventRecord));
+  return new (memory) EventRecord(static_cast<std::uint32_t>(packed.size()));
 }
 
 void EventRecord::release() const {

@@ -26,13 +26,12 @@ class EventRecord {
   [[nodiscard]] Dictionary dictionary() const;
 
   /// Bytes that this record keeps allocated.
-  [[nodiscard]] std::size_t allocatedBytes() const { return sizeof *this + _length + _behind; }
+  [[nodiscard]] std::size_t allocatedBytes() const { return sizeof *this + _length; }
 
  private:
   friend const EventRecord* _CFXPCCreateCFObjectFromXPCObject(xpc_object_t event);
 
-  EventRecord(std::size_t length, std::size_t behind)
-      : _length(static_cast<std::uint32_t>(length)), _behind(static_cast<std::uint32_t>(behind)) {}
+  explicit EventRecord(std::uint32_t length) : _length(length) {}
   ~EventRecord() = default;
   [[nodiscard]] Bytes packed() const {
     return {reinterpret_cast<const std::uint8_t*>(this + 1), _length};
@@ -40,7 +39,6 @@ class EventRecord {
 
   mutable std::atomic<std::uint32_t> _references{1};
   std::uint32_t _length;  // of the packed entries behind the record
-  std::uint32_t _behind;  // bytes behind those, for what reads in steps
 };
 
 /// The event as a record with one reference, which the caller owns; null when it is no dictionary.

@@ -35,18 +35,14 @@ class Data final : public Part {
   [[nodiscard]] static Ref<Data> create(Bytes bytes);
   /// In a block; null where it has no room.
   [[nodiscard]] static Data* createIn(Block& block, Bytes bytes);
-  /// The same in steps of `kReadableBehind`. Requires: as many bytes may be read behind the last.
-  [[nodiscard]] [[gnu::always_inline]] static Ref<Data> createFromPadded(Bytes bytes) {
-    Ref<Data> data = blank(bytes.size());
-    data->fill(bytes);
-    return data;
-  }
-  /// The same in a block; null where it has no room.
+  /// The same. Requires: `kReadableBehind` bytes may be read behind the last.
   [[nodiscard]] [[gnu::always_inline]] static Data* createFromPaddedIn(Block& block, Bytes padded) {
     void* memory = block.take(sizeof(Data) + padded.size() + kReadableBehind);
     if (!memory) return nullptr;
     auto* data = new (memory) Data(static_cast<std::uint32_t>(padded.size()), block.first());
-    data->fill(padded);
+    auto* content = reinterpret_cast<std::uint8_t*>(data + 1);
+    copyInSteps(content, padded);
+    std::memset(content + padded.size(), 0, kReadableBehind);
     return data;
   }
   /// Bytes that one of this length takes of a block at most.
@@ -64,19 +60,10 @@ class Data final : public Part {
  private:
   explicit Data(std::uint32_t length) : _length(length) {}
   Data(std::uint32_t length, const void* whole) : Part(whole), _length(length) {}
-  [[nodiscard]] [[gnu::always_inline]] static Ref<Data> blank(std::size_t length) {
-    void* memory = takeMemory(sizeof(Data) + length + kReadableBehind);
-    return Ref<Data>(new (memory) Data(static_cast<std::uint32_t>(length)));
-  }
   [[nodiscard]] const std::uint8_t* content() const {
     return reinterpret_cast<const std::uint8_t*>(this + 1);
   }
-  void fillExactly(Bytes bytes);
-  [[gnu::always_inline]] void fill(Bytes padded) {
-    auto* content = reinterpret_cast<std::uint8_t*>(this + 1);
-    copyInSteps(content, padded);
-    std::memset(content + padded.size(), 0, kReadableBehind);
-  }
+  void fill(Bytes bytes);
 
   std::uint32_t _length;
 };

@@ -190,12 +190,7 @@ class DictionaryMaker {
       : _elements(like._elements && like._elements->hasOwnKeys() ? like._elements->copy(0)
                                                                  : Elements::create(like.keys())) {}
 
-  void put(std::size_t place, const Value& value) {
-    if (value.isPlain())
-      _elements->putPlain(place, value);
-    else
-      _elements->put(place, Value(value));
-  }
+  void put(std::size_t place, Value value) { _elements->put(place, std::move(value)); }
   [[nodiscard]] Dictionary made() { return Dictionary(std::move(_elements)); }
 
  private:

@@ -137,6 +137,8 @@ class Elements final : public Part {
   }
 
   [[nodiscard]] std::span<const Value> all() const { return {first(), _size}; }
+  /// The same where as many values were made as there is room for, but not said so.
+  [[nodiscard]] std::span<const Value> full() const { return {first(), _capacity}; }
   /// How many places there are, with and without a value.
   [[nodiscard]] std::size_t size() const { return _size; }
   [[nodiscard]] std::size_t room() const { return _capacity - _size; }
@@ -182,7 +184,7 @@ class Elements final : public Part {
     new (&old) Value(std::move(value));
   }
 
-  /// The same where both are plain, or no value was there.
+  /// The same where both are plain.
   void putPlain(std::size_t place, const Value& value) {
     if (place < kMostKeys) _present |= std::uint64_t{1} << place;
     new (&first()[place]) Value(Value::plain(value));

@@ -105,7 +105,7 @@ class Value {
   void end(IsNear isNear) {
     if (const Part* part = counted(); part && !isNear(part)) part->release();
   }
-  /// A copy of one that is plain.
+  /// A copy that counts nothing: of one that is plain, or for the memory that its object lies in.
   [[nodiscard]] static Value plain(const Value& value) {
     Value copy;
     copy._head = value._head;

@@ -119,6 +119,29 @@ TEST(TheUnrolledReader, AgreesWithTheExactOneOnChangedPayloads) {
   }
 }
 
+TEST(AMessageThatWasRead, TakesASecondPayloadAsItWouldTakeBothInOne) {
+  RecordedLog log;
+  const auto payloads = corpus(67);
+  for (std::size_t i = 0; i < payloads.size(); ++i) {
+    const MessageTable& table = *payloads[i].row->table;
+    const auto& first = payloads[i].bytes;
+    std::size_t next = i + 1;
+    while (payloads[next % payloads.size()].row->table != &table) ++next;
+    const auto& second = payloads[next % payloads.size()].bytes;
+    const auto inTwo = table.make();
+    ASSERT_TRUE(inTwo->initWithData(make<Data>(Bytes(first))));
+    ASSERT_TRUE(inTwo->initWithData(make<Data>(Bytes(second))));
+    auto both = first;
+    both.insert(both.end(), second.begin(), second.end());
+    const ReadResult inOne = readBy(PBDataReader(Bytes(both)), table, log);
+    ASSERT_TRUE(inOne.ok);
+    ASSERT_EQ(printed(inTwo->dictionaryRepresentation()),
+              printed(inOne.message->dictionaryRepresentation()))
+        << table.name;
+    ASSERT_TRUE(inTwo->isEqual(*inOne.message)) << table.name;
+  }
+}
+
 TEST(EveryByteString, IsReadWithoutACrashAndSurvivesWritingByEveryClass) {
   RecordedLog log;
   std::mt19937 random(7);

@@ -77,7 +77,7 @@ TEST(TechnologyRecords, StartWithOnePlaceholderInEachList) {
 }
 
 TEST(WithFixedKeys, TakesTheKeysOfTheOneAndTheValuesOfTheOther) {
-  const Dictionary fixed{{"a", Value(1)}, {"b", Value(2)}, {"c", Value(3)}};
+  const Dictionary fixed{{"a", Value(std::string("one"))}, {"b", Value(2)}, {"c", Value(3)}};
   const Dictionary latest{{"c", Value(9)}, {"x", Value(8)}, {"a", Value(7)}};
   EXPECT_EQ(printed(withFixedKeys(fixed, latest)), "[a: 7, b: , c: 9]");
   EXPECT_EQ(printed(withFixedKeys(fixed, {})), "[a: , b: , c: ]");

@@ -100,6 +100,47 @@ TEST(Dictionary, KeepsItsCopiesAsTheyWere) {
   EXPECT_EQ(printed(dictionary), "[a: 2]");
 }
 
+TEST(Dictionary, HoldsMoreKeysOfItsOwnThanAKindHas) {
+  Dictionary dictionary;
+  for (int i = 0; i < 100; ++i)
+    dictionary.append(make<String>(std::to_string(i)), i % 2 == 0 ? Value(i) : Value(data("00")));
+  Dictionary copy = dictionary;
+  for (const char* key : {"0", "1", "62", "63", "64", "99"}) copy.set(make<String>(key), Value(-1));
+  copy.append(Literal{"more"}, Value(data("01")));
+  ASSERT_EQ(dictionary.size(), 100U);
+  ASSERT_EQ(copy.size(), 101U);
+  std::size_t i = 0;
+  for (const auto& [key, value] : dictionary) {
+    EXPECT_EQ(key.text, std::to_string(i));
+    EXPECT_EQ(value.kind(), i % 2 == 0 ? Value::Kind::int32 : Value::Kind::data);
+    ++i;
+  }
+  EXPECT_EQ(copy.find("63")->integer(), -1);
+  EXPECT_EQ(copy.find("64")->integer(), -1);
+  EXPECT_EQ(copy.find("65")->kind(), Value::Kind::data);
+  EXPECT_EQ(copy[100].key.text, "more");
+  EXPECT_NE(copy, dictionary);
+}
+
+TEST(Dictionary, OfAKindGetsOtherKeysOfItsOwn) {
+  static constexpr Literal kKeys[] = {kKey<"a">, kKey<"b">, kKey<"c">};
+  DictionaryMaker maker(kKeys);
+  maker.put(0, Value(1));
+  maker.put(2, Value(test::data("03")));
+  const Dictionary kind = maker.made();
+  Dictionary other = kind;
+  EXPECT_EQ(printed(kind), "[a: 1, c: <03>]");
+  EXPECT_EQ(kind.size(), 2U);
+  EXPECT_EQ(kind.find("b"), nullptr);
+  other.append(make<String>("d"), Value(4));
+  EXPECT_EQ(printed(other), "[a: 1, c: <03>, d: 4]");
+  other.set(Literal{"b"}, Value(2));
+  EXPECT_EQ(printed(other), "[a: 1, c: <03>, d: 4, b: 2]");
+  EXPECT_EQ(printed(kind), "[a: 1, c: <03>]");
+  EXPECT_TRUE(DictionaryMaker(kKeys).made().empty());
+  EXPECT_EQ(DictionaryMaker(kKeys).made(), Dictionary());
+}
+
 TEST(Dictionary, CarriesTheMarkOfTheBridgeOnlyInThatCopy) {
   const Dictionary own{{"a", Value(1)}};
   const Dictionary bridged = own.bridged();
