@@ -10,10 +10,11 @@ class AnyMessage : public PBCodable {
  public:
   [[nodiscard]] virtual const MessageTable& table() const = 0;
 
-  /// The same as the base's, for less where the message is new.
+  /// The same as the base's, for less where the message is new and the payload usual.
   [[nodiscard]] bool initWithData(const Ref<Data>& data) {
-    const bool isNew = !_unfolded && _read.empty();
-    return (isNew && data && table().read(data->bytes(), _read)) || PBCodable::initWithData(data);
+    if (data && takeWhole(data->bytes())) return true;
+    PBDataReader reader(data.get());
+    return readFields(reader);
   }
   /// Reads fields until the reader's end, adding to what the message holds. False when the bytes
   /// are malformed; what was read before stays.
@@ -61,6 +62,10 @@ class AnyMessage : public PBCodable {
     if (!_unfolded) const_cast<AnyMessage*>(this)->unfoldRead();
   }
   void unfoldRead();
+  /// A new message takes what is usual as its dictionary. Requires: bytes of a `Data`.
+  bool takeWhole(Bytes bytes) { return !_unfolded && _read.empty() && table().read(bytes, _read); }
+  /// Whatever else comes is read field by field.
+  bool readFields(PBDataReader& reader);
   void take(const Field& field, const Value& value);
   enum class Reading { goesOn, ends, failed };
   Reading readOne(const MessageTable& rows, PBDataReader& reader);

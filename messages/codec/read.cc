@@ -42,15 +42,17 @@ void logUnknownTag(std::uint16_t tag, std::uint32_t value) {
   systemLog(line);
 }
 
-// A new message takes what is usual as its dictionary; whatever else comes is read field by field.
 bool AnyMessage::readFrom(PBDataReader& reader) {
-  const MessageTable& rows = table();
-  if (!_unfolded && _read.empty() && reader._padded && !reader._error &&
-      reader._pos < reader._length &&
-      rows.read({reader._bytes + reader._pos, reader._bytes + reader._length}, _read)) {
+  if (reader._padded && !reader._error && reader._pos < reader._length &&
+      takeWhole({reader._bytes + reader._pos, reader._bytes + reader._length})) {
     reader._pos = reader._length;
     return true;
   }
+  return readFields(reader);
+}
+
+bool AnyMessage::readFields(PBDataReader& reader) {
+  const MessageTable& rows = table();
   unfold();
   while (true) {
     if (reader._pos >= reader._length || reader._error) return !reader._error;

@@ -102,6 +102,11 @@ TEST(EnumTables, NameEveryValueAndNoOther) {
         EXPECT_EQ(message->dictionaryRepresentation().find(field.key)->text(),
                   known != names.end() ? known->second : "(unknown: " + std::to_string(value) + ")")
             << row.table->name << "." << field.property << " = " << value;
+        PBDataWriter writer;
+        message->writeTo(writer);
+        const auto read = row.table->make();
+        EXPECT_TRUE(read->initWithData(make<Data>(Bytes(writer.bytes()))));
+        EXPECT_EQ(field.in<std::int32_t>(*read), value) << "no two values have one name";
       }
     }
 }
