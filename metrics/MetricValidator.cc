@@ -76,7 +76,7 @@ bool MetricValidator::handleMetric(const Dictionary& metric) {
   const Value* payload = metric.find(_payloadKey, 1);
   const bool bytes = payload && payload->kind() == Value::Kind::data;
   Dictionary store;
-  if (!row->decode(bytes ? payload->data() : nullptr, store)) fatal();
+  if (!row->decode(bytes ? payload : nullptr, store)) fatal();
   keep(*row, std::move(store));
   return true;
 }
@@ -92,7 +92,7 @@ void MetricValidator::keep(const MetricCase& row, Dictionary&& store) {
   }
   if (row.stamp == StampText::afterLog) convertTimeStamp(store);
   (this->*row.set)(std::move(store));
-  _arrivals[static_cast<std::size_t>(&row - metricCases().data())] = currentClock().roughUptime();
+  _arrivals[indexOf(row)] = currentClock().roughUptime();
   refreshRecords(*this, row);
 }
 
@@ -100,7 +100,7 @@ std::optional<Milliseconds> MetricValidator::arrival(Store store) const {
   const auto cases = metricCases();
   const auto row = std::ranges::find(cases, store, &MetricCase::get);
   if (row == cases.end()) return std::nullopt;
-  return _arrivals[static_cast<std::size_t>(row - cases.begin())];
+  return _arrivals[indexOf(*row)];
 }
 
 }  // namespace quorin

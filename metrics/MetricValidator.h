@@ -148,9 +148,9 @@ class MetricValidator : public OsminWrapperDelegate,
   void keep(const struct MetricCase& row, Dictionary&& store);
 
   std::shared_ptr<OsminWrapper> _mySharedOsminInstance;
-  Literal _metricIDKey = kKey<"kKeyMetricID">;
-  Literal _payloadKey = kKey<"kKeyPayload">;
-  Literal _profileIDKey = kKey<"kKeyProfileID">;
+  static constexpr Literal _metricIDKey = kKey<"kKeyMetricID">;
+  static constexpr Literal _payloadKey = kKey<"kKeyPayload">;
+  static constexpr Literal _profileIDKey = kKey<"kKeyProfileID">;
   std::map<std::int32_t, float> _dlbwlookup;
   std::optional<std::int64_t> _metricID;
   std::string _line;                                      // being printed; keeps its memory

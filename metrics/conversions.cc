@@ -49,50 +49,60 @@ std::int64_t wholeSeconds(double milliseconds) {
   return static_cast<std::int64_t>(std::floor(milliseconds / 1000.0));
 }
 
-/// Of a number. What a division of integers would give differently is left to that of reals.
-std::optional<std::int64_t> wholeSeconds(const Value& milliseconds) {
-  constexpr std::int64_t kExact = std::int64_t{1} << 50;
-  const auto integer = milliseconds.integer();
-  if (integer && *integer >= 0 && *integer < kExact) return *integer / 1000;
+[[gnu::noinline]] std::optional<std::int64_t> wholeSecondsOfAny(const Value& milliseconds) {
   const auto number = milliseconds.number();
   return number ? std::optional(wholeSeconds(*number)) : std::nullopt;
 }
 
-/// The text, which the time stamps of one second share.
-const Ref<String>& sharedTimeStampText(std::int64_t seconds) {
-  constexpr std::int64_t kFirst = -62'135'510'400;  // the second day of the year 1
-  constexpr std::int64_t kLast = 253'402'214'400;   // the last day of the year 9999
-  static std::int64_t latest = 0;
-  static std::uint64_t serial = 0;
-  static Ref<String>& text = *new Ref<String>;  // lives until the process ends
+/// Of a number. What a division of integers would give differently is left to that of reals.
+std::optional<std::int64_t> wholeSeconds(const Value& milliseconds) {
+  constexpr std::uint64_t kExact = std::uint64_t{1} << 50;
+  if (milliseconds.isInteger() && milliseconds.natural() < kExact) [[likely]]
+    return milliseconds.natural() / 1000;
+  return wholeSecondsOfAny(milliseconds);
+}
+
+/// The latest text, which the time stamps of one second share.
+struct SharedText {
+  std::int64_t seconds = 0;
+  std::uint64_t serial = 0;
+  Ref<String> text;
+
+  [[gnu::noinline]] void make(std::int64_t at, const LocalZone& zone) {
+    constexpr std::int64_t kFirst = -62'135'510'400;  // the second day of the year 1
+    constexpr std::int64_t kLast = 253'402'214'400;   // the last day of the year 9999
+    const bool usual = at >= kFirst && at < kLast;
+    text = usual ? zonedText(at, zone) : anyYearText(at);
+    seconds = at;
+    serial = zone.serial;
+  }
+};
+
+[[gnu::always_inline]] inline const String& sharedTimeStampText(std::int64_t seconds) {
+  static SharedText& shared = *new SharedText;  // lives until the process ends
   const LocalZone& zone = localZone(seconds);
-  if (text && seconds == latest && zone.serial == serial) return text;
-  latest = seconds;
-  serial = zone.serial;
-  const bool usual = seconds >= kFirst && seconds < kLast;
-  return text = usual ? zonedText(seconds, zone) : anyYearText(seconds);
+  if (seconds != shared.seconds || zone.serial != shared.serial) [[unlikely]]
+    shared.make(seconds, zone);
+  return *shared.text;
 }
 
 }  // namespace
 
 std::string timeStampText(double milliseconds) {
-  return std::string(sharedTimeStampText(wholeSeconds(milliseconds))->text());
+  return std::string(sharedTimeStampText(wholeSeconds(milliseconds)).text());
 }
 
 void convertTimeStamp(Dictionary& store) {
-  constexpr const Literal& kTimeStamp = kKey<"timestamp">;
-  const std::size_t place = store.placeOf(kTimeStamp);
-  const Value* value = store.at(place);
+  const Value* value = store.find(kKey<"timestamp">);
   if (const auto seconds = value ? wholeSeconds(*value) : std::nullopt)
-    store.setAt(place, Value(sharedTimeStampText(*seconds)));
+    store.replace(value, Value(sharedTimeStampText(*seconds)));
 }
 
 void halveBandwidths(Dictionary& store) {
   for (const Literal key : {kKey<"dl_bw">, kKey<"ul_bw">}) {
-    const std::size_t place = store.placeOf(key);
-    const Value* value = store.at(place);
+    const Value* value = store.find(key);
     if (const auto number = value ? value->integer() : std::nullopt)
-      store.setAt(place, Value(static_cast<std::int32_t>(*number) / 2));
+      store.replace(value, Value(static_cast<std::int32_t>(*number) / 2));
   }
 }
 

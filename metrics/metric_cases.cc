@@ -43,10 +43,11 @@ namespace {
 using MV = MetricValidator;
 
 template <class M>
-bool decodeAs(const Ref<Data>& payload, Dictionary& store) {
-  if (payload && Unrolled<M>::read(payload->bytes(), store)) return true;
+bool decodeAs(const Value* payload, Dictionary& store) {
+  if (payload && Unrolled<M>::read(payload->bytes(), store)) [[likely]]
+    return true;
   M message;
-  if (!message.initWithData(payload)) return false;
+  if (!message.initWithData(payload ? payload->data() : nullptr)) return false;
   store = message.dictionaryRepresentation();
   return true;
 }
@@ -90,7 +91,9 @@ constexpr StoreRow kStoreRows[] = {
 
 // K_LTE_RLF and K_LTE_SCELL_MEAS have no row: meant. The reselection store keeps its milliseconds,
 // and the bearer store is logged with them: meant, too.
-constexpr MetricCase kMetricCases[] = {
+}  // namespace
+
+constexpr std::array<MetricCase, 30> kMetricCases = {{
     {K_SIM_FILE_INFO, decodeAs<KCellularSimCardFiles>, &MV::mySIMFileInfoDict,
      &MV::setMySIMFileInfoDict, "Received SIM Card File Info is"},
     {K_GSM_SCELL_INFO, decodeAs<KCellularGsmScellInfo>, &MV::myGSMScellInfoDict,
@@ -154,8 +157,10 @@ constexpr MetricCase kMetricCases[] = {
     {K_CELLULAR_ACTIVE_BEARER, decodeAs<KCellularActivatedBearerContexts>,
      &MV::myCellularActiveBearerDict, &MV::setMyCellularActiveBearerDict,
      "Received Bearer Context Info is", StampText::afterLog},
-};
+}};
 static_assert(std::ranges::is_sorted(kMetricCases, {}, &MetricCase::id));
+
+namespace {
 
 /// Where a metric's row is looked up: no two IDs have one place.
 struct Places {
@@ -185,8 +190,6 @@ constexpr Places kPlaces = [] {
 }  // namespace
 
 std::span<const StoreRow> storeRows() { return kStoreRows; }
-
-std::span<const MetricCase> metricCases() { return kMetricCases; }
 
 const MetricCase* metricCase(std::int64_t id) {
   const MetricCase& row = kMetricCases[kPlaces.rows[placeOf(id, kPlaces.factor)]];

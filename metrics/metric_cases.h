@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <span>
 
 #include "metrics/MetricValidator.h"
@@ -22,8 +23,8 @@ enum class StampText { beforeLog, afterLog, never };
 /// One handled metric.
 struct MetricCase {
   std::int64_t id;
-  /// Gives the payload's dictionary. False: the class refuses the payload.
-  bool (*decode)(const Ref<Data>& payload, Dictionary& store);
+  /// Gives the dictionary of the payload, a `Data`'s bytes, or of none. False: the class refuses it.
+  bool (*decode)(const Value* payload, Dictionary& store);
   MetricValidator::Store get;
   void (MetricValidator::*set)(Dictionary);
   std::string_view logText;
@@ -32,7 +33,12 @@ struct MetricCase {
 };
 
 /// The 30 handled metrics, ascending by ID.
-[[nodiscard]] std::span<const MetricCase> metricCases();
+extern const std::array<MetricCase, 30> kMetricCases;
+[[nodiscard]] inline std::span<const MetricCase> metricCases() { return kMetricCases; }
+/// Which of them it is.
+[[nodiscard]] inline std::size_t indexOf(const MetricCase& row) {
+  return static_cast<std::size_t>(&row - kMetricCases.data());
+}
 
 /// The case of this ID, or null: the metric is not handled.
 [[nodiscard]] const MetricCase* metricCase(std::int64_t id);

@@ -91,7 +91,7 @@ class EntryConverter {
     for (std::size_t i = 0; i < _count; ++i) {
       const std::size_t place = _places.converted[i];
       if (const Value* value = entry.at(place))
-        entry.setAt(place, _row.conversions[i].conversion(*value, _validator.dlbwlookup()));
+        entry.replace(value, _row.conversions[i].conversion(*value, _validator.dlbwlookup()));
     }
   }
 
@@ -128,11 +128,14 @@ void rebuild(List& list, const RecordRow& row, const Dictionary& store, const MV
     return;
   }
   const Value* added = row.addedKey.text.empty() ? nullptr : store.find(row.addedKey);
-  list = entries->list();
-  if (!added && !row.conversions[0].conversion) return;
+  List shared = entries->list();
+  if (!added && !row.conversions[0].conversion) {
+    list = std::move(shared);
+    return;
+  }
   EntryConverter convert(row, places, validator);
   const bool plain = !added || added->isPlain();
-  list = list.changed(plain, added ? row.keys : Keys(), added ? row.keysWithAdded : Keys(),
+  list = shared.changed(plain, added ? row.keys : Keys(), added ? row.keysWithAdded : Keys(),
                       [&](auto&& entry) {
                         convert(entry);
                         if (added) entry.set(row.addedKey, *added);
@@ -178,7 +181,7 @@ Value valueOf(MetricValidator& validator, const RecordRow& row) {
 }
 
 void refreshRecords(MetricValidator& validator, const MetricCase& metric) {
-  const auto rows = rowsByCase[static_cast<std::size_t>(&metric - metricCases().data())];
+  const auto rows = rowsByCase[indexOf(metric)];
   if (rows.empty()) return;
   const Dictionary& store = (validator.*metric.get)();
   for (const RecordRow& row : rows)

@@ -96,13 +96,12 @@ Common::Common() : activeBearer(placeholder(kWaiting)), simContents(placeholder(
 Dictionary withFixedKeys(const Dictionary& fixed, const Dictionary& latest) {
   const Keys keys = fixed.keys();
   DictionaryMaker dictionary(fixed);
-  const Keys known = latest.keys();
-  std::size_t found = 0;  // both mostly go on alike
-  for (std::size_t place = 0; place < keys.size(); ++place, ++found) {
-    if (found >= known.size() || known[found].text.data() != keys[place].text.data())
-      found = latest.placeOf(keys[place]);
+  std::size_t next = 0;  // both mostly go on alike
+  for (std::size_t place = 0; place < keys.size(); ++place) {
+    const std::size_t found = latest.placeOf(keys[place], next);
     const Value* value = latest.at(found);
     dictionary.put(place, value ? *value : kEmptyText);
+    if (found < latest.keys().size()) next = found + 1;
   }
   return dictionary.made();
 }

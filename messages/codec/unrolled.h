@@ -43,6 +43,8 @@ struct Varint {
 [[gnu::noinline]] inline Varint longVarint(Position at) {
   std::uint64_t word = 0;
   std::memcpy(&word, at, sizeof word);
+  if ((word & 0x800000) == 0)  // three bytes, as channel numbers have
+    return {(word & 0x7f) | (word >> 1 & 0x3f80) | (word >> 2 & 0x1fc000), at + 3};
   const std::uint64_t ends = ~word & 0x8080808080808080;
   if (ends == 0) return {0, nullptr};
   word &= ends ^ (ends - 1);  // up to the first byte that announces no other

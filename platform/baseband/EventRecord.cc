@@ -20,6 +20,9 @@ constexpr Literal kKnownKeys[] = {
 };
 constexpr std::uint8_t kOtherKey = 0xff;
 
+// What the service sends with a metric, under the first of them.
+constexpr xpc_type_t kMetricTypes[] = {xpc_type_t::int64, xpc_type_t::data, xpc_type_t::int64};
+
 class Packer {
  public:
   explicit Packer(std::vector<std::uint8_t>& out) : _out(out) {}
@@ -82,38 +85,38 @@ class Unpacker {
   explicit Unpacker(Bytes packed) : _at(packed.data()), _end(packed.data() + packed.size()) {}
 
   Dictionary dictionary() {
+    constexpr std::size_t kCount = std::size(kMetricTypes);
     const std::uint8_t* const first = _at;
-    const auto size = static_cast<std::size_t>(_end - _at);
-    Block block(Elements::bytes(std::size(kKnownKeys)) + size +
-                std::size(kKnownKeys) * Data::mostIn(0));
-    if (readUsual(block)) [[likely]]
+    Block block(Elements::bytes(kCount) + Data::mostIn(static_cast<std::size_t>(_end - _at)));
+    if (readMetric(block, std::make_index_sequence<kCount>{})) [[likely]]
       return Dictionary(block);
     _at = first;
     return any();
   }
 
  private:
-  /// Integers and bytes under known keys in their order: in one block.
-  bool readUsual(Block& block) {
-    void* memory = block.take(Elements::bytes(std::size(kKnownKeys)));
-    std::uint64_t present = 0;
-    Places inside;
-    while (_at != _end) {
-      const auto row = plain<std::uint8_t>();
-      const auto type = plain<xpc_type_t>();
-      if (row >= std::size(kKnownKeys) || present >> row != 0) return false;
-      Value* place = Elements::firstIn(memory) + row;
-      if (type == xpc_type_t::int64) {
-        new (place) Value(plain<std::int64_t>());
-      } else if (type == xpc_type_t::data) {
-        inside.add(row);
-        new (place) Value(Value::inside(Data::createIn(block, delimited())));
-      } else {
-        return false;
-      }
-      present |= std::uint64_t{1} << row;
-    }
-    new (memory) Elements(block, kKnownKeys, present, inside);
+  /// The entries of a metric event, and no others: in one block.
+  template <std::size_t... rows>
+  bool readMetric(Block& block, std::index_sequence<rows...>) {
+    constexpr Keys kKeys{kKnownKeys, sizeof...(rows)};
+    constexpr std::uint64_t kPresent = (std::uint64_t{1} << sizeof...(rows)) - 1;
+    constexpr std::uint64_t kInside =
+        ((std::uint64_t{kMetricTypes[rows] == xpc_type_t::data} << rows) | ...);
+    void* memory = block.take(Elements::bytes(sizeof...(rows)));
+    Value* values = Elements::firstIn(memory);
+    if (!(readEntry<rows>(block, values + rows) && ...) || _at != _end) return false;
+    new (memory) Elements(block, kKeys, kPresent, Places::of(kInside));
+    return true;
+  }
+  template <std::size_t row>
+  [[gnu::always_inline]] bool readEntry(Block& block, Value* place) {
+    if (_at == _end || _at[0] != row || _at[1] != static_cast<std::uint8_t>(kMetricTypes[row]))
+      return false;
+    _at += 2;
+    if constexpr (kMetricTypes[row] == xpc_type_t::data)
+      new (place) Value(Value::inside(Data::createIn(block, delimited())));
+    else
+      new (place) Value(plain<std::int64_t>());
     return true;
   }
   Dictionary any() {

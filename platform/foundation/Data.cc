@@ -23,23 +23,9 @@ std::uint64_t hashBytes(Bytes bytes) {
   return hash;
 }
 
-void Data::fill(Bytes bytes) {
-  auto* content = reinterpret_cast<std::uint8_t*>(this + 1);
-  if (!bytes.empty()) std::memcpy(content, bytes.data(), bytes.size());
-  std::memset(content + bytes.size(), 0, kReadableBehind);
-}
-
 Ref<Data> Data::create(Bytes bytes) {
   void* memory = takeMemory(sizeof(Data) + bytes.size() + kReadableBehind);
   Ref<Data> data(new (memory) Data(static_cast<std::uint32_t>(bytes.size())));
-  data->fill(bytes);
-  return data;
-}
-
-Data* Data::createIn(Block& block, Bytes bytes) {
-  void* memory = block.take(sizeof(Data) + bytes.size() + kReadableBehind);
-  if (!memory) return nullptr;
-  auto* data = new (memory) Data(static_cast<std::uint32_t>(bytes.size()), block.first());
   data->fill(bytes);
   return data;
 }

@@ -34,7 +34,13 @@ class Data final : public Part {
  public:
   [[nodiscard]] static Ref<Data> create(Bytes bytes);
   /// In a block; null where it has no room.
-  [[nodiscard]] static Data* createIn(Block& block, Bytes bytes);
+  [[nodiscard]] [[gnu::always_inline]] static Data* createIn(Block& block, Bytes bytes) {
+    void* memory = block.take(sizeof(Data) + bytes.size() + kReadableBehind);
+    if (!memory) return nullptr;
+    auto* data = new (memory) Data(static_cast<std::uint32_t>(bytes.size()), block.first());
+    data->fill(bytes);
+    return data;
+  }
   /// The same. Requires: `kReadableBehind` bytes may be read behind the last.
   [[nodiscard]] [[gnu::always_inline]] static Data* createFromPaddedIn(Block& block, Bytes padded) {
     void* memory = block.take(sizeof(Data) + padded.size() + kReadableBehind);
@@ -63,7 +69,11 @@ class Data final : public Part {
   [[nodiscard]] const std::uint8_t* content() const {
     return reinterpret_cast<const std::uint8_t*>(this + 1);
   }
-  void fill(Bytes bytes);
+  void fill(Bytes bytes) {
+    auto* content = reinterpret_cast<std::uint8_t*>(this + 1);
+    if (!bytes.empty()) std::memcpy(content, bytes.data(), bytes.size());
+    std::memset(content + bytes.size(), 0, kReadableBehind);
+  }
 
   std::uint32_t _length;
 };

@@ -40,7 +40,7 @@ void Dictionary::append(Literal key, Ref<String> text, Value value) {
 
 Dictionary Dictionary::bridged() const {
   Dictionary copy(_elements ? _elements->copy(0) : Elements::create(std::size_t{0}));
-  copy._elements->marked = true;
+  copy._elements->mark();
   return copy;
 }
 

@@ -31,7 +31,6 @@ class List {
   /// The same dictionaries, with `change` made to a copy of each: of a `Dictionary`, or of a
   /// `DictionaryDraft` where nothing but plain values is there and, as `plain` says, is put there.
   /// Copies under the keys `from` get the keys `to`, which begin with those, where these are given.
-  /// A draft may be dropped, and its dictionary be copied once more.
   /// Requires: the list has dictionaries only.
   template <class Change>
   [[nodiscard]] List changed(bool plain, Keys from, Keys to, Change change) const;
@@ -81,8 +80,12 @@ class Dictionary {
 
   /// The value under `key`, or null. A good guess of its place saves the search.
   [[nodiscard]] const Value* find(std::string_view key) const { return find(Literal{key}); }
-  [[nodiscard]] const Value* find(const Literal& key, std::size_t guess = 0) const {
-    return _elements ? _elements->at(placeOf(key, guess)) : nullptr;
+  [[nodiscard]] [[gnu::always_inline]] const Value* find(const Literal& key,
+                                                         std::size_t guess = 0) const {
+    if (!_elements) return nullptr;
+    if (isAt(*_elements, key, guess)) [[likely]]
+      return _elements->at(guess);
+    return _elements->at(search(*_elements, key));
   }
   /// Where the key's value stands or would stand: a place behind all others when its kind has no
   /// such key. Places ascend in the entries' order.
@@ -101,12 +104,17 @@ class Dictionary {
   void setAt(std::size_t place, Value value) {
     Elements::own(_elements, 0, value.isPlain()).put(place, std::move(value));
   }
+  /// Replaces one of this dictionary's values.
+  [[gnu::always_inline]] void replace(const Value* old, Value value) {
+    const auto place = static_cast<std::size_t>(old - _elements->first());
+    Elements::own(_elements, 0, value.isPlain()).replace(place, std::move(value));
+  }
   /// Appends. Requires: no entry has this key.
   void append(Literal key, Value value) { append(key, nullptr, std::move(value)); }
   void append(const Ref<String>& key, Value value) { append({key->text()}, key, std::move(value)); }
 
   /// Whether this is the platform's own dictionary behind a bridge, and not the program's.
-  [[nodiscard]] bool isBridged() const { return _elements && _elements->marked; }
+  [[nodiscard]] bool isBridged() const { return _elements && _elements->isMarked(); }
   /// A copy that carries the bridge's mark.
   [[nodiscard]] Dictionary bridged() const;
 
@@ -175,8 +183,12 @@ class DictionaryDraft {
   }
   [[nodiscard]] const Value* at(std::size_t place) const { return _elements->at(place); }
   /// Each requires: the value is plain, and its key one of the dictionary's kind.
-  void setAt(std::size_t place, const Value& value) { _elements->putPlain(place, value); }
-  void set(Literal key, const Value& value) { setAt(Dictionary::search(*_elements, key), value); }
+  void set(Literal key, const Value& value) {
+    _elements->putPlain(Dictionary::search(*_elements, key), value);
+  }
+  void replace(const Value* old, const Value& value) {
+    new (const_cast<Value*>(old)) Value(Value::plain(value));
+  }
 
  private:
   Elements* _elements;
@@ -218,24 +230,15 @@ inline Value::Value(Dictionary&& dictionary)
 
 template <class Change>
 List List::changed(bool plain, Keys from, Keys to, Change change) const {
-  const auto elementsOf = [](const Value& value) {
-    return static_cast<const Elements*>(value.counted());
-  };
-  const Elements* first = empty() ? nullptr : elementsOf((*this)[0]);
+  const Elements* first = empty() ? nullptr : (*this)[0].elements();
   if (plain && first && !first->hasOwnKeys() && (to.empty() || first->keys() == from.data())) {
     const Keys keys = to.empty() ? Keys(first->keys(), first->size()) : to;
     Block block(Elements::bytes(size()) + size() * Elements::bytes(keys.size()));
-    Elements* list = Elements::createIn(block, size());
-    Value* next = list->first();
-    for (const Value& value : *this) {
-      const Elements* entry = elementsOf(value);
-      if (!entry || !entry->isPlain() || entry->keys() != first->keys()) break;
-      Elements* copy = entry->copyIn(block, keys);
-      change(DictionaryDraft(copy));
-      new (next++) Value(Value::inside(Value::Kind::dictionary, copy));
+    if (Elements* list = _elements->copyDictionariesIn(block, keys)) {
+      for (Value& value : std::span(list->first(), list->size()))
+        change(DictionaryDraft(const_cast<Elements*>(value.elements())));
+      return List(block);
     }
-    list->setInside(static_cast<std::size_t>(next - list->first()));
-    if (list->size() == size()) return List(block);
   }
   ListMaker list(size());
   for (const Value& value : *this) {

@@ -13,8 +13,31 @@ Ref<Elements> Elements::copy(std::size_t more) const {
   made->_holders = made->_counting = _holders;
   // The bytes of a value are its copy once what it holds counts one more.
   _holders.each(_size, [this](std::size_t place) { first()[place].retain(); });
-  made->marked = marked;
+  made->_marked = _marked;
   return made;
+}
+
+Elements* Elements::copyDictionariesIn(Block& block, Keys keys) const {
+  const auto dictionaryOf = [](const Value& value) {
+    return value.kind() == Value::Kind::dictionary ? value.elements() : nullptr;
+  };
+  const Literal* const kind = dictionaryOf(*first())->_keys;
+  const std::size_t stride = bytes(keys.size());
+  Elements* list = createIn(block, _size);
+  auto* to = static_cast<std::uint8_t*>(block.take(_size * stride));
+  for (std::size_t i = 0; i < _size; ++i, to += stride) {
+    const Elements* from = dictionaryOf(first()[i]);
+    if (!from || !from->isPlain() || from->_keys != kind) return nullptr;
+    // The bytes of a plain one are its copy once it knows where it lies.
+    std::memcpy(static_cast<void*>(to), from, bytes(from->_size));
+    auto* copy = reinterpret_cast<Elements*>(to);
+    copy->layIn(block.first());
+    copy->_keys = keys.data();
+    copy->_size = copy->_capacity = static_cast<std::uint32_t>(keys.size());
+    new (list->first() + i) Value(Value::inside(Value::Kind::dictionary, copy));
+  }
+  list->setInside(_size);
+  return list;
 }
 
 Elements& Elements::made(Ref<Elements>& elements, std::size_t more) {
@@ -42,7 +65,7 @@ Elements& Elements::ownWithKeys(Ref<Elements>& elements, bool plain) {
       keys->all.push_back(elements->_keys[place]);
       values->append(Value(value), value.isPlain());
     }
-    if (elements) values->marked = elements->marked;
+    if (elements) values->_marked = elements->_marked;
     elements = std::move(values);
   } else {
     own(elements, 1, plain);

@@ -106,8 +106,9 @@ class Elements final : public Part {
     return sizeof(Elements) + capacity * sizeof(Value);
   }
   static void operator delete(Elements* elements, std::destroying_delete_t) {
-    elements->_counting.each(elements->_size, [=](std::size_t place) { elements->endAt(place); });
-    if (elements->_ownKeys) elements->_ownKeys->release();
+    if (!elements->_counting.none()) elements->endCounting();
+    if (elements->_ownKeys) [[unlikely]]
+      elements->_ownKeys->release();
     giveMemory(elements, elements->_memory);
   }
 
@@ -176,14 +177,23 @@ class Elements final : public Part {
   }
   /// Puts the value in its place, whatever was there. Requires: where the value is not plain, that
   /// these are whole.
-  void put(std::size_t place, Value&& value) {
+  [[gnu::always_inline]] void put(std::size_t place, Value&& value) {
     Value& old = first()[place];
-    if (has(place) && !old.isPlain()) endAt(place);
+    if (has(place) && !old.isPlain()) [[unlikely]]
+      endOld(place);
     if (!value.isPlain()) setCounting(place);
     if (place < kMostKeys) _present |= std::uint64_t{1} << place;
     new (&old) Value(std::move(value));
   }
 
+  /// The same where there is a value.
+  [[gnu::always_inline]] void replace(std::size_t place, Value&& value) {
+    Value& old = first()[place];
+    if (!old.isPlain()) [[unlikely]]
+      endOld(place);
+    if (!value.isPlain()) setCounting(place);
+    new (&old) Value(std::move(value));
+  }
   /// The same where both are plain.
   void putPlain(std::size_t place, const Value& value) {
     if (place < kMostKeys) _present |= std::uint64_t{1} << place;
@@ -192,21 +202,16 @@ class Elements final : public Part {
 
   /// A copy that nobody else holds, with room for `more`.
   [[nodiscard]] Ref<Elements> copy(std::size_t more) const;
-  /// The same in a block, under `keys` that begin with these. Null where it has no room. Requires:
-  /// plain, and keys that live as long as the program.
-  [[nodiscard]] Elements* copyIn(Block& block, Keys keys) const {
-    void* memory = block.take(bytes(keys.size()));
-    if (!memory) return nullptr;
-    const auto* from = reinterpret_cast<const std::uint8_t*>(first());
-    copyInSteps(reinterpret_cast<std::uint8_t*>(firstIn(memory)), {from, _size * sizeof(Value)});
-    return new (memory) Elements(block, keys, _present, {});
-  }
+  /// A copy of a list in a block, and of its dictionaries, under `keys` that begin with theirs.
+  /// Null unless all of them are plain and have the same keys, no own ones. Requires: room for all.
+  [[nodiscard]] Elements* copyDictionariesIn(Block& block, Keys keys) const;
 
   /// Makes `elements` one that nobody else holds and that has room for `more`, and where something
   /// that is not plain may be put.
-  static Elements& own(Ref<Elements>& elements, std::size_t more, bool plain) {
-    if (elements && elements->references() == 1 && elements->room() >= more &&
-        (plain || elements->isWhole()))
+  [[gnu::always_inline]] static Elements& own(Ref<Elements>& elements, std::size_t more,
+                                              bool plain) {
+    if (elements && (plain || elements->isWhole()) && elements->references() == 1 &&
+        elements->room() >= more) [[likely]]
       return *elements;
     return made(elements, more);
   }
@@ -215,7 +220,9 @@ class Elements final : public Part {
   /// Appends under a key of its own. Requires: its own keys, and room.
   void append(Literal key, Ref<String> text, Value&& value, bool plain);
 
-  bool marked = false;  // whatever its holder means by it
+  /// A flag, whatever its holder means by it.
+  [[nodiscard]] bool isMarked() const { return _marked != 0; }
+  void mark() { _marked = 1; }
 
  private:
   static constexpr std::size_t kMostKeys = 64;
@@ -241,18 +248,25 @@ class Elements final : public Part {
   void endAt(std::size_t place) {
     first()[place].end([this](const void* object) { return contains(object); });
   }
+  [[gnu::noinline]] void endOld(std::size_t place) { endAt(place); }
+  [[gnu::noinline]] void endCounting() {
+    _counting.each(_size, [this](std::size_t place) { endAt(place); });
+  }
   [[gnu::noinline]] static Elements& made(Ref<Elements>& elements, std::size_t more);
 
-  std::uint32_t _memory = 0;  // bytes that begin here, of a whole one
-  OwnKeys* _ownKeys = nullptr;
-  Places _counting;  // of the holders those that may count it: elsewhere it lies
+  // What is set differently, and behind it what most leave alone: so few stores make one.
   std::uint32_t _size = 0;
   std::uint32_t _capacity = 0;
   const Literal* _keys = nullptr;
   Places _holders;
   std::uint64_t _present = ~std::uint64_t{0};
+  Places _counting;  // of the holders those that may count it: elsewhere it lies
+  OwnKeys* _ownKeys = nullptr;
+  std::uint32_t _memory = 0;  // bytes that begin here, of a whole one
+  std::uint32_t _marked = 0;  // a flag of four bytes: meant
 };
 
+inline const Elements* Value::elements() const { return static_cast<const Elements*>(counted()); }
 inline Value Value::inside(Kind listOrDictionary, const Elements* elements) {
   return uncounted(listOrDictionary, elements);
 }

@@ -56,7 +56,8 @@ class Part : public Object {
  protected:
   Part() = default;
   /// Requires: it lies in the memory that begins at `whole`.
-  explicit Part(const void* whole) {
+  explicit Part(const void* whole) { layIn(whole); }
+  void layIn(const void* whole) {
     _distance = static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(this) -
                                            reinterpret_cast<std::uintptr_t>(whole));
   }

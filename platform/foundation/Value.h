@@ -47,6 +47,10 @@ class Value {
     _as.literal = literal.text.data();
   }
   explicit Value(const std::string& text) : Value(make<String>(text)) {}
+  explicit Value(const String& text) : _head(head(Kind::text) | kCounted) {
+    text.retain();
+    _as.part = &text;
+  }
   explicit Value(const Ref<String>& text) : Value(Kind::text, text.get()) {}
   explicit Value(const Ref<Data>& data) : Value(Kind::data, data.get()) {}
   explicit Value(const List& list);
@@ -89,9 +93,13 @@ class Value {
                      : static_cast<const String*>(_as.part)->text();
   }
   [[nodiscard]] Ref<Data> data() const;
+  /// What `data` holds, as long as this value.
+  [[nodiscard]] Bytes bytes() const { return static_cast<const Data*>(_as.part)->bytes(); }
   /// Of text that does not live as long as the program.
   [[nodiscard]] Ref<String> string() const;
   [[nodiscard]] List list() const;
+  /// Of a list or dictionary; null without memory.
+  [[nodiscard]] inline const Elements* elements() const;
   [[nodiscard]] Dictionary dictionary() const;
 
   /// Whether it is a number, or text that lives as long as the program.

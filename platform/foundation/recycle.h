@@ -12,16 +12,21 @@ namespace quorin {
 struct RecycledMemory {
   static constexpr std::size_t kStep = 32;          // bytes between two sizes
   static constexpr std::size_t kLargest = 1 << 14;  // larger blocks come from the heap
-  static constexpr std::uint32_t kMostKept = 1 << 17;
+  static constexpr std::uint32_t kMostKept = 1 << 17;  // bytes
 
   struct Free {
     Free* next;
   };
   struct Size {
     Free* first = nullptr;
-    std::uint32_t bytes = 0;
+    std::uint32_t room = 0;  // for so many blocks more
   };
-  std::array<Size, kLargest / kStep + 1> sizes;
+  std::array<Size, kLargest / kStep + 1> sizes{};
+
+  constexpr RecycledMemory() {
+    for (std::size_t row = 1; row < sizes.size(); ++row) 
+      sizes[row].room = kMostKept / static_cast<std::uint32_t>(row * kStep);
+  }
 
   [[nodiscard]] static constexpr std::size_t row(std::size_t size) {
     return (size + kStep - 1) / kStep;
@@ -41,7 +46,7 @@ inline constexpr bool kRecycles = true;
 inline constexpr bool kRecycles = true;
 #endif
 
-inline constinit thread_local RecycledMemory recycledMemory{};
+inline constinit thread_local RecycledMemory recycledMemory;
 
 /// Memory for `size` bytes, aligned as by `new`. Any thread.
 [[nodiscard]] [[gnu::always_inline]] inline void* takeMemory(std::size_t size) {
@@ -52,7 +57,7 @@ inline constinit thread_local RecycledMemory recycledMemory{};
   RecycledMemory::Free* memory = kept.first;
   if (!memory) return ::operator new(row* RecycledMemory::kStep);
   kept.first = memory->next;
-  kept.bytes -= static_cast<std::uint32_t>(row * RecycledMemory::kStep);
+  ++kept.room;
   return memory;
 }
 
@@ -62,9 +67,10 @@ inline constinit thread_local RecycledMemory recycledMemory{};
   if (size > RecycledMemory::kLargest) return ::operator delete(memory);
   const std::size_t row = RecycledMemory::row(size);
   RecycledMemory::Size& kept = recycledMemory.sizes[row];
-  if (kept.bytes >= RecycledMemory::kMostKept) return ::operator delete(memory);
+  if (kept.room == 0) [[unlikely]]
+    return ::operator delete(memory);
+  --kept.room;
   kept.first = new (memory) RecycledMemory::Free{kept.first};
-  kept.bytes += static_cast<std::uint32_t>(row * RecycledMemory::kStep);
 }
 
 /// Recycled memory for a container.

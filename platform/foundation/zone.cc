@@ -33,7 +33,7 @@ class SystemZoneWatch {
  public:
   SystemZoneWatch() : _descriptor(inotify_init1(IN_CLOEXEC)) {
     if (_descriptor < 0 || !watch()) return;
-    _watching = true;
+    _changes = 1;
     // Signals are for the threads that wait for them.
     sigset_t all;
     sigset_t before;
@@ -43,11 +43,10 @@ class SystemZoneWatch {
     pthread_sigmask(SIG_SETMASK, &before, nullptr);
   }
 
-  /// Empty where changes cannot be watched.
-  [[nodiscard]] std::optional<std::uint64_t> changes() const {
-    if (!_watching) return std::nullopt;
-    return _changes.load(std::memory_order_acquire);
-  }
+  static constexpr std::uint64_t kUnwatched = 0;
+
+  /// `kUnwatched` where changes cannot be watched.
+  [[nodiscard]] std::uint64_t changes() const { return _changes.load(std::memory_order_acquire); }
 
  private:
   bool watch() const {
@@ -63,12 +62,11 @@ class SystemZoneWatch {
       (void)watch();
       _changes.fetch_add(1, std::memory_order_release);
     }
-    _watching = false;
+    _changes = kUnwatched;
   }
 
   int _descriptor;
-  std::atomic<bool> _watching = false;
-  std::atomic<std::uint64_t> _changes = 0;
+  std::atomic<std::uint64_t> _changes = kUnwatched;
 };
 
 /// The instants at which a zone may change, as its file lists them (RFC 8536). Past the last, and
@@ -136,10 +134,16 @@ std::string fileOf(const char* zone) {
 class ZoneVariable {
  public:
   /// Null where it is not set. What is set holds until the next call.
-  const char* value() {
-    if (environ == _array && environ && *_behind == nullptr && *_last == _lastEntry &&
-        *_own == _ownEntry)
-      return _value;
+  [[gnu::always_inline]] const char* value() {
+    const bool unchanged = environ == _array && environ && *_behind == nullptr &&
+                           *_last == _lastEntry && *_own == _ownEntry;
+    return unchanged ? _value : search();
+  }
+
+ private:
+  static constexpr std::string_view kName = "TZ=";
+
+  [[gnu::noinline]] const char* search() {
     _array = environ;
     _value = std::getenv("TZ");
     if (!environ) return _value;
@@ -152,9 +156,6 @@ class ZoneVariable {
     _ownEntry = *_own;
     return _value;
   }
-
- private:
-  static constexpr std::string_view kName = "TZ=";
 
   char** _array = nullptr;
   char** _behind = nullptr;  // the null behind the entries
@@ -169,28 +170,31 @@ class ZoneVariable {
 class RulesInForce {
  public:
   /// Whether they are the same as at the last call.
-  bool unchanged() {
+  [[gnu::always_inline]] bool unchanged() {
     const char* zone = _variable.value();
-    if (zone) {
-      if (_zone == zone) return true;
-      _zone = zone;
-    } else {
-      static const SystemZoneWatch& watch = *new SystemZoneWatch;  // its thread never ends
-      const auto changes = watch.changes();
-      if (!_zone && changes && changes == _changes) return true;
-      _zone = std::nullopt;
-      _changes = changes;
-    }
-    // What lies over the system's file may change unseen, by a mount: asked again every second.
-    _transitions = zone ? transitionsIn(fileOf(zone)) : Transitions();
-    return false;
+    if (!zone && _watch && _watch->changes() == _changes) [[likely]]
+      return true;
+    return (zone && is(zone)) || changeTo(zone);
   }
   [[nodiscard]] const Transitions& transitions() const { return _transitions; }
 
  private:
+  [[gnu::noinline]] bool is(const char* zone) const { return _zone == zone; }
+  /// False: they are others.
+  [[gnu::noinline]] bool changeTo(const char* zone) {
+    static const SystemZoneWatch& watch = *new SystemZoneWatch;  // its thread never ends
+    _zone = zone ? std::optional<std::string>(zone) : std::nullopt;
+    _changes = watch.changes();
+    _watch = zone || _changes == SystemZoneWatch::kUnwatched ? nullptr : &watch;
+    // What lies over the system's file may change unseen, by a mount: asked again every second.
+    _transitions = zone ? transitionsIn(fileOf(zone)) : Transitions();
+    return false;
+  }
+
   ZoneVariable _variable;
-  std::optional<std::string> _zone = "(not asked yet)";
-  std::optional<std::uint64_t> _changes;
+  const SystemZoneWatch* _watch = nullptr;  // while it tells of the file in force
+  std::uint64_t _changes = SystemZoneWatch::kUnwatched;
+  std::optional<std::string> _zone;
   Transitions _transitions;
 };
 
@@ -206,20 +210,30 @@ void setBounds(LocalZone& zone, std::int64_t seconds, const Transitions& transit
   zone.until = next == at.end() ? kNever : *next;
 }
 
+struct KnownZone {
+  RulesInForce rules;
+  LocalZone zone;
+
+  [[gnu::noinline]] void lookUp(std::int64_t seconds) {
+    tzset();
+    const auto instant = static_cast<std::time_t>(seconds);
+    std::tm local{};
+    localtime_r(&instant, &local);
+    zone.offset = static_cast<std::int32_t>(local.tm_gmtoff);
+    zone.abbreviation = local.tm_zone ? local.tm_zone : "";
+    setBounds(zone, seconds, rules.transitions());
+    ++zone.serial;
+  }
+};
+
 }  // namespace
 
 const LocalZone& localZone(std::int64_t seconds) {
-  static RulesInForce rules;
-  static LocalZone zone;
-  if (rules.unchanged() && seconds >= zone.from && seconds < zone.until) return zone;
-  tzset();
-  const auto instant = static_cast<std::time_t>(seconds);
-  std::tm local{};
-  localtime_r(&instant, &local);
-  zone.offset = static_cast<std::int32_t>(local.tm_gmtoff);
-  zone.abbreviation = local.tm_zone ? local.tm_zone : "";
-  setBounds(zone, seconds, rules.transitions());
-  ++zone.serial;
+  static KnownZone& known = *new KnownZone;  // lives until the process ends
+  const LocalZone& zone = known.zone;
+  if (known.rules.unchanged() && seconds >= zone.from && seconds < zone.until) [[likely]]
+    return zone;
+  known.lookUp(seconds);
   return zone;
 }
 

@@ -127,7 +127,8 @@ TEST(SimulatedHour, StampsEveryMetricWithItsTimeInAscendingOrder) {
     EXPECT_GE(metric.t, last);
     last = metric.t;
     Dictionary store;
-    ASSERT_TRUE(metricCase(metric.id)->decode(metric.payload, store));
+    const Value payload(metric.payload);
+    ASSERT_TRUE(metricCase(metric.id)->decode(&payload, store));
     const Value* stamp = store.find("timestamp");
     ASSERT_TRUE(stamp);
     EXPECT_EQ(printed(*stamp), std::to_string(kDriveStart + metric.t));
