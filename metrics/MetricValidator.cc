@@ -1,6 +1,7 @@
 #include "metrics/MetricValidator.h"
 
 #include <algorithm>
+#include <bit>
 
 #include "metrics/conversions.h"
 #include "metrics/metric_cases.h"
@@ -10,16 +11,19 @@ namespace quorin {
 
 namespace {
 
-/// At least two columns, of the ID's low 32 bits.
-void appendHexadecimal(std::string& line, std::int64_t id) {
+/// Prints the ID's low 32 bits in at least two columns.
+void printMetricID(std::int64_t id) {
+  char line[] = "Metric ID in Hex =         ";
+  constexpr std::size_t kDigits = 8;
   const auto low = static_cast<std::uint32_t>(id);
-  char text[8];
-  char* first = std::end(text);
+  const auto columns =
+      std::max<std::size_t>(2, (static_cast<std::size_t>(std::bit_width(low)) + 3) / 4);
+  char* const first = std::end(line) - 1 - kDigits;
+  char* at = first + columns;
   std::uint32_t rest = low;
-  do *--first = "0123456789ABCDEF"[rest & 15];
+  do *--at = "0123456789ABCDEF"[rest & 15];
   while ((rest >>= 4) != 0);
-  if (low < 16) *--first = ' ';
-  line.append(first, std::end(text));
+  printLine({line, static_cast<std::size_t>(first + columns - line)});
 }
 
 }  // namespace
@@ -58,16 +62,22 @@ bool MetricValidator::isMetricIDValidWithMetricdict(const Dictionary& metric) {
   return handleMetric(metric);
 }
 
+void MetricValidator::keep(const MetricCase& row, Dictionary&& store) {
+  if (row.stamp == StampText::beforeLog) convertTimeStamp(store);
+  if (row.convert) row.convert(store);
+  if (isPrintingOn()) printLine(printedBehind(row.logText, store));
+  if (row.stamp == StampText::afterLog) convertTimeStamp(store);
+  (this->*row.set)(std::move(store));
+  _arrivals[row.index] = currentClock().roughUptime();
+  refreshRecords(*this, row);
+}
+
 bool MetricValidator::handleMetric(const Dictionary& metric) {
   const Value* entry = metric.find(_metricIDKey);
   const auto id = entry ? entry->integer() : std::nullopt;
   if (!id) fatal();
   _metricID = id;
-  if (isPrintingOn()) {
-    _line = "Metric ID in Hex = ";
-    appendHexadecimal(_line, *id);
-    printLine(_line);
-  }
+  if (isPrintingOn()) printMetricID(*id);
   const MetricCase* row = metricCase(*id);
   if (!row) {
     printLine("I dont care for this Metric");
@@ -81,26 +91,11 @@ bool MetricValidator::handleMetric(const Dictionary& metric) {
   return true;
 }
 
-void MetricValidator::keep(const MetricCase& row, Dictionary&& store) {
-  if (row.stamp == StampText::beforeLog) convertTimeStamp(store);
-  if (row.convert) row.convert(store);
-  if (isPrintingOn()) {
-    _line = row.logText;
-    _line += ' ';
-    appendPrinted(_line, store);
-    printLine(_line);
-  }
-  if (row.stamp == StampText::afterLog) convertTimeStamp(store);
-  (this->*row.set)(std::move(store));
-  _arrivals[indexOf(row)] = currentClock().roughUptime();
-  refreshRecords(*this, row);
-}
-
 std::optional<Milliseconds> MetricValidator::arrival(Store store) const {
   const auto cases = metricCases();
   const auto row = std::ranges::find(cases, store, &MetricCase::get);
   if (row == cases.end()) return std::nullopt;
-  return _arrivals[indexOf(*row)];
+  return _arrivals[row->index];
 }
 
 }  // namespace quorin

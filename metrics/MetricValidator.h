@@ -63,81 +63,81 @@ class MetricValidator : public OsminWrapperDelegate,
   // The category stores: each holds the latest message of one kind. Nothing fills
   // myLTESCellMeasDict: meant.
   [[nodiscard]] const Dictionary& myLTERRCStateDict() const { return _myLTERRCStateDict; }
-  void setMyLTERRCStateDict(Dictionary store) { _myLTERRCStateDict = std::move(store); }
+  void setMyLTERRCStateDict(Dictionary&& store) { _myLTERRCStateDict = std::move(store); }
   [[nodiscard]] const Dictionary& myLTECDRXConfigDict() const { return _myLTECDRXConfigDict; }
-  void setMyLTECDRXConfigDict(Dictionary store) { _myLTECDRXConfigDict = std::move(store); }
+  void setMyLTECDRXConfigDict(Dictionary&& store) { _myLTECDRXConfigDict = std::move(store); }
   [[nodiscard]] const Dictionary& myLTESCellInfoDict() const { return _myLTESCellInfoDict; }
-  void setMyLTESCellInfoDict(Dictionary store) { _myLTESCellInfoDict = std::move(store); }
+  void setMyLTESCellInfoDict(Dictionary&& store) { _myLTESCellInfoDict = std::move(store); }
   [[nodiscard]] const Dictionary& myLTESCellMeasDict() const { return _myLTESCellMeasDict; }
-  void setMyLTESCellMeasDict(Dictionary store) { _myLTESCellMeasDict = std::move(store); }
+  void setMyLTESCellMeasDict(Dictionary&& store) { _myLTESCellMeasDict = std::move(store); }
   [[nodiscard]] const Dictionary& myLTESelReselDict() const { return _myLTESelReselDict; }
-  void setMyLTESelReselDict(Dictionary store) { _myLTESelReselDict = std::move(store); }
+  void setMyLTESelReselDict(Dictionary&& store) { _myLTESelReselDict = std::move(store); }
   [[nodiscard]] const Dictionary& myLTERsrpRsrqSinrDict() const { return _myLTERsrpRsrqSinrDict; }
-  void setMyLTERsrpRsrqSinrDict(Dictionary store) { _myLTERsrpRsrqSinrDict = std::move(store); }
+  void setMyLTERsrpRsrqSinrDict(Dictionary&& store) { _myLTERsrpRsrqSinrDict = std::move(store); }
   [[nodiscard]] const Dictionary& myLTECompCarrDict() const { return _myLTECompCarrDict; }
-  void setMyLTECompCarrDict(Dictionary store) { _myLTECompCarrDict = std::move(store); }
+  void setMyLTECompCarrDict(Dictionary&& store) { _myLTECompCarrDict = std::move(store); }
   [[nodiscard]] const Dictionary& myLTETxPowerDict() const { return _myLTETxPowerDict; }
-  void setMyLTETxPowerDict(Dictionary store) { _myLTETxPowerDict = std::move(store); }
+  void setMyLTETxPowerDict(Dictionary&& store) { _myLTETxPowerDict = std::move(store); }
   [[nodiscard]] const Dictionary& myLTEInterRatMeasDict() const { return _myLTEInterRatMeasDict; }
-  void setMyLTEInterRatMeasDict(Dictionary store) { _myLTEInterRatMeasDict = std::move(store); }
+  void setMyLTEInterRatMeasDict(Dictionary&& store) { _myLTEInterRatMeasDict = std::move(store); }
   [[nodiscard]] const Dictionary& myLTEIntraRatMeasDict() const { return _myLTEIntraRatMeasDict; }
-  void setMyLTEIntraRatMeasDict(Dictionary store) { _myLTEIntraRatMeasDict = std::move(store); }
+  void setMyLTEIntraRatMeasDict(Dictionary&& store) { _myLTEIntraRatMeasDict = std::move(store); }
   [[nodiscard]] const Dictionary& myLTECAStatusDict() const { return _myLTECAStatusDict; }
-  void setMyLTECAStatusDict(Dictionary store) { _myLTECAStatusDict = std::move(store); }
+  void setMyLTECAStatusDict(Dictionary&& store) { _myLTECAStatusDict = std::move(store); }
   [[nodiscard]] const Dictionary& myLTESecondaryCellMeasDict() const {
     return _myLTESecondaryCellMeasDict;
   }
-  void setMyLTESecondaryCellMeasDict(Dictionary store) {
+  void setMyLTESecondaryCellMeasDict(Dictionary&& store) {
     _myLTESecondaryCellMeasDict = std::move(store);
   }
   [[nodiscard]] const Dictionary& myLTEEMMContextDict() const { return _myLTEEMMContextDict; }
-  void setMyLTEEMMContextDict(Dictionary store) { _myLTEEMMContextDict = std::move(store); }
+  void setMyLTEEMMContextDict(Dictionary&& store) { _myLTEEMMContextDict = std::move(store); }
   [[nodiscard]] const Dictionary& myCellularMMCommonInfoDict() const {
     return _myCellularMMCommonInfoDict;
   }
-  void setMyCellularMMCommonInfoDict(Dictionary store) {
+  void setMyCellularMMCommonInfoDict(Dictionary&& store) {
     _myCellularMMCommonInfoDict = std::move(store);
   }
   [[nodiscard]] const Dictionary& myCellularActiveBearerDict() const {
     return _myCellularActiveBearerDict;
   }
-  void setMyCellularActiveBearerDict(Dictionary store) {
+  void setMyCellularActiveBearerDict(Dictionary&& store) {
     _myCellularActiveBearerDict = std::move(store);
   }
   [[nodiscard]] const Dictionary& myGMMContextDict() const { return _myGMMContextDict; }
-  void setMyGMMContextDict(Dictionary store) { _myGMMContextDict = std::move(store); }
+  void setMyGMMContextDict(Dictionary&& store) { _myGMMContextDict = std::move(store); }
   [[nodiscard]] const Dictionary& myMMContextDict() const { return _myMMContextDict; }
-  void setMyMMContextDict(Dictionary store) { _myMMContextDict = std::move(store); }
+  void setMyMMContextDict(Dictionary&& store) { _myMMContextDict = std::move(store); }
   [[nodiscard]] const Dictionary& myUMTSRRCStateDict() const { return _myUMTSRRCStateDict; }
-  void setMyUMTSRRCStateDict(Dictionary store) { _myUMTSRRCStateDict = std::move(store); }
+  void setMyUMTSRRCStateDict(Dictionary&& store) { _myUMTSRRCStateDict = std::move(store); }
   [[nodiscard]] const Dictionary& myUMTSRRCConfigDict() const { return _myUMTSRRCConfigDict; }
-  void setMyUMTSRRCConfigDict(Dictionary store) { _myUMTSRRCConfigDict = std::move(store); }
+  void setMyUMTSRRCConfigDict(Dictionary&& store) { _myUMTSRRCConfigDict = std::move(store); }
   [[nodiscard]] const Dictionary& myUMTSCellInfoDict() const { return _myUMTSCellInfoDict; }
-  void setMyUMTSCellInfoDict(Dictionary store) { _myUMTSCellInfoDict = std::move(store); }
+  void setMyUMTSCellInfoDict(Dictionary&& store) { _myUMTSCellInfoDict = std::move(store); }
   [[nodiscard]] const Dictionary& myUMTSCellMeasDict() const { return _myUMTSCellMeasDict; }
-  void setMyUMTSCellMeasDict(Dictionary store) { _myUMTSCellMeasDict = std::move(store); }
+  void setMyUMTSCellMeasDict(Dictionary&& store) { _myUMTSCellMeasDict = std::move(store); }
   [[nodiscard]] const Dictionary& myUMTSTxPowerDict() const { return _myUMTSTxPowerDict; }
-  void setMyUMTSTxPowerDict(Dictionary store) { _myUMTSTxPowerDict = std::move(store); }
+  void setMyUMTSTxPowerDict(Dictionary&& store) { _myUMTSTxPowerDict = std::move(store); }
   [[nodiscard]] const Dictionary& myUMTSSelReselDict() const { return _myUMTSSelReselDict; }
-  void setMyUMTSSelReselDict(Dictionary store) { _myUMTSSelReselDict = std::move(store); }
+  void setMyUMTSSelReselDict(Dictionary&& store) { _myUMTSSelReselDict = std::move(store); }
   [[nodiscard]] const Dictionary& myUMTSNbrMeasDict() const { return _myUMTSNbrMeasDict; }
-  void setMyUMTSNbrMeasDict(Dictionary store) { _myUMTSNbrMeasDict = std::move(store); }
+  void setMyUMTSNbrMeasDict(Dictionary&& store) { _myUMTSNbrMeasDict = std::move(store); }
   [[nodiscard]] const Dictionary& myGSMScellInfoDict() const { return _myGSMScellInfoDict; }
-  void setMyGSMScellInfoDict(Dictionary store) { _myGSMScellInfoDict = std::move(store); }
+  void setMyGSMScellInfoDict(Dictionary&& store) { _myGSMScellInfoDict = std::move(store); }
   [[nodiscard]] const Dictionary& myGSMIdleConfigInfoDict() const {
     return _myGSMIdleConfigInfoDict;
   }
-  void setMyGSMIdleConfigInfoDict(Dictionary store) { _myGSMIdleConfigInfoDict = std::move(store); }
+  void setMyGSMIdleConfigInfoDict(Dictionary&& store) { _myGSMIdleConfigInfoDict = std::move(store); }
   [[nodiscard]] const Dictionary& myGSMIdleScellMeasDict() const { return _myGSMIdleScellMeasDict; }
-  void setMyGSMIdleScellMeasDict(Dictionary store) { _myGSMIdleScellMeasDict = std::move(store); }
+  void setMyGSMIdleScellMeasDict(Dictionary&& store) { _myGSMIdleScellMeasDict = std::move(store); }
   [[nodiscard]] const Dictionary& myGSMConnRfMeasDict() const { return _myGSMConnRfMeasDict; }
-  void setMyGSMConnRfMeasDict(Dictionary store) { _myGSMConnRfMeasDict = std::move(store); }
+  void setMyGSMConnRfMeasDict(Dictionary&& store) { _myGSMConnRfMeasDict = std::move(store); }
   [[nodiscard]] const Dictionary& myGSMNbrMeasDict() const { return _myGSMNbrMeasDict; }
-  void setMyGSMNbrMeasDict(Dictionary store) { _myGSMNbrMeasDict = std::move(store); }
+  void setMyGSMNbrMeasDict(Dictionary&& store) { _myGSMNbrMeasDict = std::move(store); }
   [[nodiscard]] const Dictionary& myGSMGPRSConfigDict() const { return _myGSMGPRSConfigDict; }
-  void setMyGSMGPRSConfigDict(Dictionary store) { _myGSMGPRSConfigDict = std::move(store); }
+  void setMyGSMGPRSConfigDict(Dictionary&& store) { _myGSMGPRSConfigDict = std::move(store); }
   [[nodiscard]] const Dictionary& mySIMFileInfoDict() const { return _mySIMFileInfoDict; }
-  void setMySIMFileInfoDict(Dictionary store) { _mySIMFileInfoDict = std::move(store); }
+  void setMySIMFileInfoDict(Dictionary&& store) { _mySIMFileInfoDict = std::move(store); }
 
  protected:
   /// Handles one event: true when its metric is one of the handled ones and was stored.
@@ -145,7 +145,7 @@ class MetricValidator : public OsminWrapperDelegate,
 
  private:
   /// The store step, common to all cases: replaces the store whole and rebuilds what comes from it.
-  void keep(const struct MetricCase& row, Dictionary&& store);
+  [[gnu::always_inline]] inline void keep(const struct MetricCase& row, Dictionary&& store);
 
   std::shared_ptr<OsminWrapper> _mySharedOsminInstance;
   static constexpr Literal _metricIDKey = kKey<"kKeyMetricID">;
@@ -153,7 +153,6 @@ class MetricValidator : public OsminWrapperDelegate,
   static constexpr Literal _profileIDKey = kKey<"kKeyProfileID">;
   std::map<std::int32_t, float> _dlbwlookup;
   std::optional<std::int64_t> _metricID;
-  std::string _line;                                      // being printed; keeps its memory
   std::array<std::optional<Milliseconds>, 30> _arrivals;  // by metric case
 
   LTE _myLTE;

@@ -110,25 +110,10 @@ BandwidthTable bandwidthTable() {
   return {{0, 1.4F}, {1, 3.0F}, {2, 5.0F}, {3, 10.0F}, {4, 15.0F}, {5, 20.0F}};
 }
 
-Value halfSteps(const Value& value, const BandwidthTable& /*bandwidths*/) {
-  const auto steps = value.integer();
-  return steps ? Value(static_cast<float>(*steps) * 0.5F) : value;
-}
-
-Value hundredths(const Value& value, const BandwidthTable& /*bandwidths*/) {
-  const auto count = value.integer();
-  return count ? Value(static_cast<float>(*count) / 100.0F) : value;
-}
-
-Value wholeOfHundredths(const Value& value, const BandwidthTable& /*bandwidths*/) {
-  const auto count = value.integer();
-  return count ? Value(*count / 100) : value;
-}
-
-Value megahertz(const Value& value, const BandwidthTable& bandwidths) {
+void megahertz(Value& value, const BandwidthTable& bandwidths) {
   const auto code = value.integer();
-  if (!code || *code < 0 || *code > 5) return value;
-  return Value(bandwidths.at(static_cast<std::int32_t>(*code)));
+  if (code && *code >= 0 && *code <= 5)
+    value = Value(bandwidths.at(static_cast<std::int32_t>(*code)));
 }
 
 Value imsiDigits(const Value& identity) {

@@ -6,7 +6,7 @@
 
 namespace quorin {
 
-// Pure functions over values. A value that is no number is given back as it came.
+// Of values alone. A value that is no number stays as it is.
 
 /// Milliseconds since 1970-01-01 00:00 UTC -> "yyyy-MM-dd HH:mm:ss zzz" in the zone that is in
 /// force at this moment. Seconds are floored.
@@ -21,15 +21,24 @@ void halveBandwidths(Dictionary& store);
 using BandwidthTable = std::map<std::int32_t, float>;
 [[nodiscard]] BandwidthTable bandwidthTable();
 
-using Conversion = Value (*)(const Value&, const BandwidthTable&);
+/// Converts a number where it stands.
+using Conversion = void (*)(Value&, const BandwidthTable&);
 /// times 0.5, as a 32-bit float
-[[nodiscard]] Value halfSteps(const Value& value, const BandwidthTable& bandwidths);
+inline void halfSteps(Value& value, const BandwidthTable& /*bandwidths*/) {
+  if (const auto steps = value.integer())
+    value.become(Value(static_cast<float>(*steps) * 0.5F));
+}
 /// divided by 100.0, as a 32-bit float
-[[nodiscard]] Value hundredths(const Value& value, const BandwidthTable& bandwidths);
+inline void hundredths(Value& value, const BandwidthTable& /*bandwidths*/) {
+  if (const auto count = value.integer())
+    value.become(Value(static_cast<float>(*count) / 100.0F));
+}
 /// divided by 100 as an integer, towards zero
-[[nodiscard]] Value wholeOfHundredths(const Value& value, const BandwidthTable& bandwidths);
-/// bandwidth code -> MHz; a code without a bandwidth is given back
-[[nodiscard]] Value megahertz(const Value& value, const BandwidthTable& bandwidths);
+inline void wholeOfHundredths(Value& value, const BandwidthTable& /*bandwidths*/) {
+  if (const auto count = value.integer()) value.become(Value(*count / 100));
+}
+/// bandwidth code -> MHz; a code without a bandwidth stays
+void megahertz(Value& value, const BandwidthTable& bandwidths);
 
 /// A mobile identity of type IMSI -> its digits; other bytes are given back
 /// (3GPP TS 24.008, 10.5.1.4, from octet 3).

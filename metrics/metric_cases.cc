@@ -89,11 +89,16 @@ constexpr StoreRow kStoreRows[] = {
     {"mySIMFileInfoDict", &MV::mySIMFileInfoDict, &MV::setMySIMFileInfoDict},
 };
 
-// K_LTE_RLF and K_LTE_SCELL_MEAS have no row: meant. The reselection store keeps its milliseconds,
-// and the bearer store is logged with them: meant, too.
+constexpr std::array<MetricCase, 30> numbered(std::array<MetricCase, 30> cases) {
+  for (std::uint8_t i = 0; MetricCase& row : cases) row.index = i++;
+  return cases;
+}
+
 }  // namespace
 
-constexpr std::array<MetricCase, 30> kMetricCases = {{
+// K_LTE_RLF and K_LTE_SCELL_MEAS have no row: meant. The reselection store keeps its milliseconds,
+// and the bearer store is logged with them: meant, too.
+constexpr std::array<MetricCase, 30> kMetricCases = numbered({{
     {K_SIM_FILE_INFO, decodeAs<KCellularSimCardFiles>, &MV::mySIMFileInfoDict,
      &MV::setMySIMFileInfoDict, "Received SIM Card File Info is"},
     {K_GSM_SCELL_INFO, decodeAs<KCellularGsmScellInfo>, &MV::myGSMScellInfoDict,
@@ -157,7 +162,7 @@ constexpr std::array<MetricCase, 30> kMetricCases = {{
     {K_CELLULAR_ACTIVE_BEARER, decodeAs<KCellularActivatedBearerContexts>,
      &MV::myCellularActiveBearerDict, &MV::setMyCellularActiveBearerDict,
      "Received Bearer Context Info is", StampText::afterLog},
-}};
+}});
 static_assert(std::ranges::is_sorted(kMetricCases, {}, &MetricCase::id));
 
 namespace {

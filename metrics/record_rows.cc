@@ -22,21 +22,21 @@ constexpr auto kRxInfoKeysInRecord = [] {
 constexpr RecordRow kRecordRows[] = {
     {"myLTE", "SelReselCellInfo", in<&LTE::SelReselCellInfo>, &MV::myLTESelReselDict},
     {"myLTE", "EutraNbrs", in<&LTE::EutraNbrs>, &MV::myLTESelReselDict, kKey<"nbr_eutra">,
-        {{kKey<"dl_bw">, megahertz}}},
+        {converted<megahertz>(kKey<"dl_bw">)}},
     {"myLTE", "RsrpRsrqSinr", in<&LTE::RsrpRsrqSinr>, &MV::myLTERsrpRsrqSinrDict, kKey<"inst_values">,
-        {{kKey<"sinr0">, halfSteps}, {kKey<"sinr1">, halfSteps}}},
+        {converted<halfSteps>(kKey<"sinr0">), converted<halfSteps>(kKey<"sinr1">)}},
     {"myLTE", "TxPower", in<&LTE::TxPower>, &MV::myLTETxPowerDict, kKey<"tx_power_info">},
     {"myLTE", "EutraNbrsMeas", in<&LTE::EutraNbrsMeas>, &MV::myLTEIntraRatMeasDict, kKey<"meas_nbr_eutra">,
-        {{kKey<"nbr_rsrq">, halfSteps}}},
+        {converted<halfSteps>(kKey<"nbr_rsrq">)}},
     {"myLTE", "UtraNbrsMeas", in<&LTE::UtraNbrsMeas>, &MV::myLTEInterRatMeasDict, kKey<"meas_nbr_utra">,
-        {{kKey<"ecno">, halfSteps}}},
+        {converted<halfSteps>(kKey<"ecno">)}},
     {"myLTE", "GeraNbrsMeas", in<&LTE::GeraNbrsMeas>, &MV::myLTEInterRatMeasDict, kKey<"meas_nbr_geran">},
     {"myLTE", "CAStatusList", in<&LTE::CAStatusList>, &MV::myLTECAStatusDict, kKey<"scc_list">,
-        {{kKey<"rsrp">, wholeOfHundredths}, {kKey<"rsrq">, hundredths}, {kKey<"rssi">, wholeOfHundredths},
-         {kKey<"dl_bandwidth">, megahertz}}},
+        {converted<wholeOfHundredths>(kKey<"rsrp">), converted<hundredths>(kKey<"rsrq">), converted<wholeOfHundredths>(kKey<"rssi">),
+         converted<megahertz>(kKey<"dl_bandwidth">)}},
     {"myLTE", "SecondaryCellMeasList", in<&LTE::SecondaryCellMeasList>,
         &MV::myLTESecondaryCellMeasDict, kKey<"scc_rx_measurement">,
-        {{kKey<"rsrp">, wholeOfHundredths}, {kKey<"rsrq">, hundredths}, {kKey<"rssi">, wholeOfHundredths}}},
+        {converted<wholeOfHundredths>(kKey<"rsrp">), converted<hundredths>(kKey<"rsrq">), converted<wholeOfHundredths>(kKey<"rssi">)}},
     {"myLTE", "MMCommonInfo", in<&LTE::MMCommonInfo>, &MV::myCellularMMCommonInfoDict},
     {"myLTE", "IMSI", in<&LTE::IMSI>, &MV::myCellularMMCommonInfoDict, kKey<"imsi">},
 
@@ -48,16 +48,16 @@ constexpr RecordRow kRecordRows[] = {
     {"myUMTS", "utraNbrs", in<&UMTS::utraNbrs>, &MV::myUMTSSelReselDict, kKey<"utra_prio_info">},
     {"myUMTS", "geraNbrs", in<&UMTS::geraNbrs>, &MV::myUMTSSelReselDict, kKey<"gsm_prio_info">},
     {"myUMTS", "eUtraNbrMeas", in<&UMTS::eUtraNbrMeas>, &MV::myUMTSNbrMeasDict, kKey<"meas_lte_result">,
-        {{kKey<"rsrq">, halfSteps}}},
+        {converted<halfSteps>(kKey<"rsrq">)}},
     {"myUMTS", "utraNbrMeas", in<&UMTS::utraNbrMeas>, &MV::myUMTSNbrMeasDict, kKey<"meas_utra_result">,
-        {{kKey<"ecno">, halfSteps}}},
+        {converted<halfSteps>(kKey<"ecno">)}},
     {"myUMTS", "geraNbrMeas", in<&UMTS::geraNbrMeas>, &MV::myUMTSNbrMeasDict, kKey<"meas_gsm_result">},
 
     {"myGSM", "eUtraNbrMeas", in<&GSM::eUtraNbrMeas>, &MV::myGSMNbrMeasDict, kKey<"lte_ncell_meas">,
-        {{kKey<"rsrq">, halfSteps}}},
+        {converted<halfSteps>(kKey<"rsrq">)}},
     // The message spells its key "cpich_ecn0", so its values stay as delivered: meant.
     {"myGSM", "utraNbrMeas", in<&GSM::utraNbrMeas>, &MV::myGSMNbrMeasDict, kKey<"umts_ncell_meas">,
-        {{kKey<"cpich_ecno">, halfSteps}}},
+        {converted<halfSteps>(kKey<"cpich_ecno">)}},
     {"myGSM", "geraNbrMeas", in<&GSM::geraNbrMeas>, &MV::myGSMNbrMeasDict, kKey<"gsm_ncell_meas">},
 
     {"myCommon", "activeBearer", in<&Common::activeBearer>, &MV::myCellularActiveBearerDict,
@@ -68,103 +68,103 @@ constexpr RecordRow kRecordRows[] = {
 
 constexpr std::size_t kMostConversions = std::size(RecordRow{}.conversions);
 
-/// Where a row's keys stood when it was last rebuilt: mostly where they stand again.
-struct RowPlaces {
+/// A row, and where its keys stood when it was last rebuilt: mostly where they stand again.
+struct RowState {
+  const RecordRow* row;
+  std::size_t conversions = 0;
   std::size_t source = 0;
   std::array<std::size_t, kMostConversions> converted{};
-};
-constinit std::array<RowPlaces, std::size(kRecordRows)> rowPlaces{};
+  FixedPlaces fixed;
 
-RowPlaces& placesOf(const RecordRow& row) {
-  return rowPlaces[static_cast<std::size_t>(&row - kRecordRows)];
+  RowState(const RecordRow& of) : row(&of) {
+    while (conversions < kMostConversions && of.conversions[conversions].one) ++conversions;
+  }
+};
+
+/// What the row takes of its store, or null.
+const Value* find(const Dictionary& store, RowState& state) {
+  state.source = store.placeOf(state.row->key, state.source);
+  return store.at(state.source);
 }
 
-/// Converts the entries of one list.
-class EntryConverter {
- public:
-  EntryConverter(const RecordRow& row, RowPlaces& places, const MV& validator)
-      : _count(count(row)), _row(row), _places(places), _validator(validator) {}
+/// Converts the entries of one list, and adds what the row adds.
+struct EntryChange {
+  RowState& state;
+  const BandwidthTable& bandwidths;
+  const Value* added;
 
-  template <class Entry>
-  void operator()(Entry& entry) {
-    if (entry.keys().data() != _keys) setPlaces(entry);
-    for (std::size_t i = 0; i < _count; ++i) {
-      const std::size_t place = _places.converted[i];
-      if (const Value* value = entry.at(place))
-        entry.replace(value, _row.conversions[i].conversion(*value, _validator.dlbwlookup()));
+  void all(const DictionaryDrafts& entries) const {
+    const RecordRow& row = *state.row;
+    for (std::size_t i = 0; i < state.conversions; ++i) {
+      state.converted[i] = entries.placeOf(row.conversions[i].key, state.converted[i]);
+      row.conversions[i].all(entries, state.converted[i], bandwidths);
     }
+    if (added) entries.set(row.addedKey, *added);
   }
-
- private:
-  template <class Entry>
-  void setPlaces(const Entry& entry) {
-    for (std::size_t i = 0; i < _count; ++i)
-      _places.converted[i] = entry.placeOf(_row.conversions[i].key, _places.converted[i]);
-    _keys = entry.keys().data();
+  void one(Dictionary& entry) const {
+    const RecordRow& row = *state.row;
+    for (std::size_t i = 0; i < state.conversions; ++i)
+      entry.change(entry.placeOf(row.conversions[i].key), [&](Value& value) {
+        row.conversions[i].one(value, bandwidths);
+      });
+    if (added) entry.set(row.addedKey, *added);
   }
-  static std::size_t count(const RecordRow& row) {
-    std::size_t count = 0;
-    while (count < kMostConversions && row.conversions[count].conversion) ++count;
-    return count;
-  }
-
-  const Literal* _keys = nullptr;  // for which the places hold
-  std::size_t _count;
-  const RecordRow& _row;
-  RowPlaces& _places;
-  const MV& _validator;
 };
 
-void rebuild(List& list, const RecordRow& row, const Dictionary& store, const MV& validator) {
+void rebuild(List& list, RowState& state, const Dictionary& store, const MV& validator) {
+  const RecordRow& row = *state.row;
   if (row.key.text.empty()) {
     list = List();
     return list.append(Value(store));
   }
-  RowPlaces& places = placesOf(row);
-  places.source = store.placeOf(row.key, places.source);
-  const Value* entries = store.at(places.source);
+  const Value* entries = find(store, state);
   if (!entries || entries->kind() != Value::Kind::list) {
     list = List();
     return;
   }
   const Value* added = row.addedKey.text.empty() ? nullptr : store.find(row.addedKey);
-  List shared = entries->list();
-  if (!added && !row.conversions[0].conversion) {
-    list = std::move(shared);
-    return;
-  }
-  EntryConverter convert(row, places, validator);
-  const bool plain = !added || added->isPlain();
-  list = shared.changed(plain, added ? row.keys : Keys(), added ? row.keysWithAdded : Keys(),
-                      [&](auto&& entry) {
-                        convert(entry);
-                        if (added) entry.set(row.addedKey, *added);
-                      });
+  list = entries->list();
+  if (!added && state.conversions == 0) return;
+  list = list.changed(!added || added->isPlain(), added ? row.keys : Keys(),
+                      added ? row.keysWithAdded : Keys(),
+                      EntryChange{state, validator.dlbwlookup(), added});
 }
 
 // A key that the latest message lacks becomes empty text again, and a time stamp becomes text here
 // even where the store keeps the number.
-void rebuild(Dictionary& dictionary, const RecordRow& /*row*/, const Dictionary& store,
+void rebuild(Dictionary& dictionary, RowState& state, const Dictionary& store,
              const MV& /*validator*/) {
-  dictionary = withFixedKeys(dictionary, store);
+  dictionary = state.fixed.withFixedKeys(dictionary, store);
   convertTimeStamp(dictionary);
 }
 
-void rebuild(Value& value, const RecordRow& row, const Dictionary& store, const MV& /*validator*/) {
-  const Value* latest = store.find(row.key);
+void rebuild(Value& value, RowState& state, const Dictionary& store, const MV& /*validator*/) {
+  const Value* latest = find(store, state);
   value = latest ? imsiDigits(*latest) : Value(Literal{""});
 }
 
-/// The rows that each metric's store fills. They stand together.
-const auto rowsByCase = [] {
-  std::vector<std::span<const RecordRow>> made;
-  for (const MetricCase& row : metricCases()) {
-    const auto fills = [&](const RecordRow& record) { return record.source == row.get; };
-    const auto* first = std::ranges::find_if(kRecordRows, fills);
-    made.emplace_back(first, std::find_if_not(first, std::end(kRecordRows), fills));
+/// The rows that each metric's store fills.
+struct RowsByCase {
+  std::vector<RowState> all;
+  std::array<std::span<RowState>, kMetricCases.size()> of;
+
+  RowsByCase() {
+    all.assign(std::begin(kRecordRows), std::end(kRecordRows));
+    for (const MetricCase& metric : kMetricCases) {
+      const auto fills = [&](const RowState& state) { return state.row->source == metric.get; };
+      const auto first = std::ranges::find_if(all, fills);  // they stand together
+      of[metric.index] = {first, std::find_if_not(first, all.end(), fills)};
+    }
   }
-  return made;
-}();
+};
+RowsByCase rowsByCase;
+
+[[gnu::noinline]] void rebuildAll(std::span<RowState> rows, MV& validator,
+                                  const Dictionary& store) {
+  for (RowState& state : rows)
+    std::visit([&](auto place) { rebuild(place(validator), state, store, validator); },
+               state.row->in);
+}
 
 }  // namespace
 
@@ -181,11 +181,8 @@ Value valueOf(MetricValidator& validator, const RecordRow& row) {
 }
 
 void refreshRecords(MetricValidator& validator, const MetricCase& metric) {
-  const auto rows = rowsByCase[indexOf(metric)];
-  if (rows.empty()) return;
-  const Dictionary& store = (validator.*metric.get)();
-  for (const RecordRow& row : rows)
-    std::visit([&](auto place) { rebuild(place(validator), row, store, validator); }, row.in);
+  const std::span<RowState> rows = rowsByCase.of[metric.index];
+  if (!rows.empty()) rebuildAll(rows, validator, (validator.*metric.get)());
 }
 
 }  // namespace quorin

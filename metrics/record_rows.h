@@ -33,11 +33,21 @@ using DictionaryIn = Dictionary& (*)(MetricValidator&);
 using ValueIn = Value& (*)(MetricValidator&);
 using MemberIn = std::variant<ListIn, DictionaryIn, ValueIn>;
 
-/// How one key of a list's entries is converted.
+/// How one key of a list's entries is converted: in one of them, or in all at once.
 struct EntryConversion {
   Literal key{};
-  Conversion conversion = nullptr;
+  Conversion one = nullptr;
+  void (*all)(const DictionaryDrafts& entries, std::size_t place,
+              const BandwidthTable& bandwidths) = nullptr;
 };
+
+template <Conversion conversion>
+constexpr EntryConversion converted(const Literal& key) {
+  return {key, conversion,
+          [](const DictionaryDrafts& entries, std::size_t place, const BandwidthTable& bandwidths) {
+            entries.change(place, [&](Value& value) { conversion(value, bandwidths); });
+          }};
+}
 
 /// One member of a technology record: where it comes from, and what is converted.
 struct RecordRow {

@@ -93,15 +93,19 @@ GSM::GSM()
 
 Common::Common() : activeBearer(placeholder(kWaiting)), simContents(placeholder(kWaiting)) {}
 
-Dictionary withFixedKeys(const Dictionary& fixed, const Dictionary& latest) {
+Dictionary FixedPlaces::withFixedKeys(const Dictionary& fixed, const Dictionary& latest) {
   const Keys keys = fixed.keys();
+  const bool known = keys.data() == _fixed && latest.keys().data() == _latest;
+  if (!known || fixed.hasOwnKeys() || latest.hasOwnKeys()) {
+    _places.clear();
+    for (const Literal& key : keys) _places.push_back(latest.placeOf(key));
+    _fixed = keys.data();
+    _latest = latest.keys().data();
+  }
   DictionaryMaker dictionary(fixed);
-  std::size_t next = 0;  // both mostly go on alike
   for (std::size_t place = 0; place < keys.size(); ++place) {
-    const std::size_t found = latest.placeOf(keys[place], next);
-    const Value* value = latest.at(found);
+    const Value* value = latest.at(_places[place]);
     dictionary.put(place, value ? *value : kEmptyText);
-    if (found < latest.keys().size()) next = found + 1;
   }
   return dictionary.made();
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "platform/platform.h"
 
 namespace quorin {
@@ -49,8 +51,17 @@ struct Common {
   List simContents;
 };
 
-/// A copy of the record's dictionary that has each of its keys in their order: with the value of
-/// `latest`, or empty text where that lacks the key.
-[[nodiscard]] Dictionary withFixedKeys(const Dictionary& fixed, const Dictionary& latest);
+/// Where a record's fixed keys stand in the dictionaries of one kind: found once.
+class FixedPlaces {
+ public:
+  /// A copy of the record's dictionary that has each of its keys in their order: with the value of
+  /// `latest`, or empty text where that lacks the key.
+  [[nodiscard]] Dictionary withFixedKeys(const Dictionary& fixed, const Dictionary& latest);
+
+ private:
+  const Literal* _fixed = nullptr;
+  const Literal* _latest = nullptr;
+  std::vector<std::size_t> _places;
+};
 
 }  // namespace quorin

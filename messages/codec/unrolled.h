@@ -40,6 +40,13 @@ struct Varint {
   Position behind;
 };
 
+/// The number of these seven bits a byte.
+[[gnu::always_inline]] inline std::uint64_t fromGroups(std::uint64_t word) {
+  word -= (word & 0x7f007f007f007f00) >> 1;        // groups of 14 bits
+  word -= ((word & 0x3fff00003fff0000) >> 2) * 3;  // of 28
+  return word >> 32 << 28 | static_cast<std::uint32_t>(word);
+}
+
 [[gnu::noinline]] inline Varint longVarint(Position at) {
   std::uint64_t word = 0;
   std::memcpy(&word, at, sizeof word);
@@ -48,10 +55,23 @@ struct Varint {
   const std::uint64_t ends = ~word & 0x8080808080808080;
   if (ends == 0) return {0, nullptr};
   word &= ends ^ (ends - 1);  // up to the first byte that announces no other
-  word = (word & 0x7f007f007f007f00) >> 1 | (word & 0x007f007f007f007f);
-  word = (word & 0x3fff00003fff0000) >> 2 | (word & 0x00003fff00003fff);
-  word = (word & 0x0fffffff00000000) >> 4 | (word & 0x000000000fffffff);
-  return {word, at + (std::countr_zero(ends) / 8 + 1)};
+  return {fromGroups(word & 0x7f7f7f7f7f7f7f7f), at + (static_cast<unsigned>(std::countr_zero(ends)) / 8 + 1)};
+}
+
+/// The same position as one whose bytes nobody has read: what is unusual reads them again, so that
+/// the usual way keeps no copy for it.
+[[gnu::always_inline]] inline Position anew(Position at) {
+  asm("" : "+r"(at));
+  return at;
+}
+
+/// The same where six bytes are usual, as of milliseconds since 1970 until the year 2109.
+[[gnu::noinline]] inline Varint timeVarint(Position at) {
+  std::uint64_t word = 0;
+  std::memcpy(&word, at, sizeof word);
+  if ((word & 0x808080808080) != 0x008080808080) [[unlikely]]
+    return *at < 0x80 ? Varint{*at, at + 1} : longVarint(at);
+  return {fromGroups(word & 0x7f7f7f7f7f7f), at + 6};
 }
 
 /// Reads a varint; false when it takes nine or ten bytes.
@@ -59,11 +79,22 @@ struct Varint {
   value = *at;
   if (value < 0x80) [[likely]]
     return ++at, true;
+  at = anew(at);
+  value = *at;
   if (const std::uint64_t second = at[1]; second < 0x80) {
     value = (value & 0x7f) | second << 7;
     return at += 2, true;
   }
   const Varint read = longVarint(at);
+  value = read.value;
+  at = read.behind;
+  return at != nullptr;
+}
+
+template <Kind kind>
+[[gnu::always_inline]] inline bool readScalar(Position& at, std::uint64_t& value) {
+  if constexpr (kind != Kind::uint64) return readVarint(at, value);
+  const Varint read = timeVarint(at);
   value = read.value;
   at = read.behind;
   return at != nullptr;
@@ -99,12 +130,16 @@ template <class M, std::size_t row>
   return word == kKeyBytes<M, row>;
 }
 
-/// Goes behind the key and the length of this field's content, where they stand there. False: they
-/// do, but the content is not all there.
+/// Goes behind this field, whose key stands there, and finds its content. False: that is not all
+/// there.
 template <class M, std::size_t row>
-[[gnu::always_inline]] inline bool readLength(Position& at, Position end, std::uint64_t& length) {
+[[gnu::always_inline]] inline bool readContent(Position& at, Position end, Position& content) {
+  std::uint64_t length = 0;
   at += kKeySize<M, row>;
-  return readVarint(at, length) && static_cast<std::ptrdiff_t>(length) <= end - at;
+  if (!readVarint(at, length)) return false;
+  content = at;
+  at += length;  // of 56 bits at most: an address does not run over
+  return at <= end;
 }
 
 /// A registered tag's value is read, logged and dropped.
@@ -184,6 +219,7 @@ inline constexpr auto kNameTexts = [] {
   constexpr std::size_t longest = std::ranges::max(names, {}, [](const EnumName& name) {
                                     return name.name.size();
                                   }).name.size();
+  static_assert(longest <= kMostPadded);
   constexpr std::size_t size = (longest + kPaddedStep - 1) / kPaddedStep * kPaddedStep;
   std::array<std::array<char, size>, names.size()> texts{};
   for (std::size_t i = 0; i < names.size(); ++i) std::ranges::copy(names[i].name, texts[i].begin());
@@ -296,9 +332,8 @@ template <class M, std::size_t row>
   Value* next = list->first();
   const Value* last = next + kFew;
   do {
-    std::uint64_t length = 0;
-    if (!readLength<M, row>(at, end, length)) return false;
-    const Position element = std::exchange(at, at + length);
+    Position element = nullptr;
+    if (!readContent<M, row>(at, end, element)) return false;
     const Elements* dictionary = readMessage<ElementOf<M, row>>(block, element, at);
     if (!dictionary) return false;
     if (next == last) [[unlikely]] {
@@ -343,23 +378,22 @@ template <class M, std::size_t row>
   static_assert(field.kind <= Kind::boolean || !isRegistered<M>(field));
   if constexpr (field.kind <= Kind::boolean) {
     if (!isKeyAt<M, row>(at)) [[unlikely]]
-      return slots.leaveOut(row), true;
+      return at = anew(at), slots.leaveOut(row), true;
     std::uint64_t value = 0;
     at += kKeySize<M, row>;
-    if (!readVarint(at, value)) return false;
+    if (!readScalar<field.kind>(at, value)) return false;
     if constexpr (isRegistered<M>(field))
       return slots.leaveOut(row), slots.registered = static_cast<std::uint32_t>(value), true;
     else
       return putScalar<M, row>(slots, fromVarint<M, row>(value), &block);
   } else {
     if (at >= end || !isKeyAt<M, row>(at)) [[unlikely]]
-      return slots.leaveOut(row), true;
+      return at = anew(at), slots.leaveOut(row), true;
     if constexpr (field.kind == Kind::repeated) {
       return readList<M, row>(block, slots, at, end);
     } else {
-      std::uint64_t length = 0;
-      if (!readLength<M, row>(at, end, length)) return false;
-      const Position value = std::exchange(at, at + length);
+      Position value = nullptr;
+      if (!readContent<M, row>(at, end, value)) return false;
       const auto putInside = [&](const auto* object, auto... kind) {
         if (object) slots.put(row, Value::inside(kind..., object));
         return object != nullptr;

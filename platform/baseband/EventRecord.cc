@@ -80,46 +80,48 @@ class Packer {
   std::vector<std::uint8_t>& _out;
 };
 
+/// Puts an entry of a metric event. False: another one stands there, or none.
+template <std::size_t row>
+[[gnu::always_inline]] inline bool readEntry(Block& block, Value* place, const std::uint8_t*& at,
+                                             const std::uint8_t* end) {
+  if (at == end || at[0] != row || at[1] != static_cast<std::uint8_t>(kMetricTypes[row]))
+    return false;
+  const std::uint8_t* const content = at + 2;
+  if constexpr (kMetricTypes[row] == xpc_type_t::data) {
+    std::uint32_t length = 0;
+    std::memcpy(&length, content, sizeof length);
+    at = content + sizeof length + length;
+    new (place) Value(Value::inside(Data::createIn(block, {content + sizeof length, length})));
+  } else {
+    std::int64_t number = 0;
+    std::memcpy(&number, content, sizeof number);
+    at = content + sizeof number;
+    new (place) Value(number);
+  }
+  return true;
+}
+
+/// The entries of a metric event, and no others: in the block.
+template <std::size_t... rows>
+bool readMetric(Block& block, Bytes packed, std::index_sequence<rows...>) {
+  constexpr Keys kKeys{kKnownKeys, sizeof...(rows)};
+  constexpr std::uint64_t kPresent = (std::uint64_t{1} << sizeof...(rows)) - 1;
+  constexpr std::uint64_t kInside =
+      ((std::uint64_t{kMetricTypes[rows] == xpc_type_t::data} << rows) | ...);
+  void* memory = block.take(Elements::bytes(sizeof...(rows)));
+  const std::uint8_t* at = packed.data();
+  const std::uint8_t* const end = at + packed.size();
+  if (!(readEntry<rows>(block, Elements::firstIn(memory) + rows, at, end) && ...) || at != end)
+    return false;
+  new (memory) Elements(block, kKeys, kPresent, Places::of(kInside));
+  return true;
+}
+
 class Unpacker {
  public:
   explicit Unpacker(Bytes packed) : _at(packed.data()), _end(packed.data() + packed.size()) {}
 
-  Dictionary dictionary() {
-    constexpr std::size_t kCount = std::size(kMetricTypes);
-    const std::uint8_t* const first = _at;
-    Block block(Elements::bytes(kCount) + Data::mostIn(static_cast<std::size_t>(_end - _at)));
-    if (readMetric(block, std::make_index_sequence<kCount>{})) [[likely]]
-      return Dictionary(block);
-    _at = first;
-    return any();
-  }
-
- private:
-  /// The entries of a metric event, and no others: in one block.
-  template <std::size_t... rows>
-  bool readMetric(Block& block, std::index_sequence<rows...>) {
-    constexpr Keys kKeys{kKnownKeys, sizeof...(rows)};
-    constexpr std::uint64_t kPresent = (std::uint64_t{1} << sizeof...(rows)) - 1;
-    constexpr std::uint64_t kInside =
-        ((std::uint64_t{kMetricTypes[rows] == xpc_type_t::data} << rows) | ...);
-    void* memory = block.take(Elements::bytes(sizeof...(rows)));
-    Value* values = Elements::firstIn(memory);
-    if (!(readEntry<rows>(block, values + rows) && ...) || _at != _end) return false;
-    new (memory) Elements(block, kKeys, kPresent, Places::of(kInside));
-    return true;
-  }
-  template <std::size_t row>
-  [[gnu::always_inline]] bool readEntry(Block& block, Value* place) {
-    if (_at == _end || _at[0] != row || _at[1] != static_cast<std::uint8_t>(kMetricTypes[row]))
-      return false;
-    _at += 2;
-    if constexpr (kMetricTypes[row] == xpc_type_t::data)
-      new (place) Value(Value::inside(Data::createIn(block, delimited())));
-    else
-      new (place) Value(plain<std::int64_t>());
-    return true;
-  }
-  Dictionary any() {
+  [[gnu::noinline]] Dictionary dictionary() {
     Dictionary entries;
     while (_at != _end) {
       const auto row = plain<std::uint8_t>();
@@ -132,6 +134,7 @@ class Unpacker {
     return entries;
   }
 
+ private:
   template <class T>
   T plain() {
     T value;
@@ -156,7 +159,7 @@ class Unpacker {
       case xpc_type_t::float64: return Value(plain<double>());
       case xpc_type_t::string: return Value(text());
       case xpc_type_t::data: return Value(make<Data>(delimited()));
-      case xpc_type_t::dictionary: return Value(Unpacker(delimited()).any());
+      case xpc_type_t::dictionary: return Value(Unpacker(delimited()).dictionary());
     }
     return {};
   }
@@ -182,6 +185,12 @@ void EventRecord::release() const {
   ::operator delete(const_cast<EventRecord*>(this));
 }
 
-Dictionary EventRecord::dictionary() const { return Unpacker(packed()).dictionary(); }
+Dictionary EventRecord::dictionary() const {
+  constexpr std::size_t kCount = std::size(kMetricTypes);
+  Block block(Elements::bytes(kCount) + Data::mostIn(_length));
+  if (readMetric(block, packed(), std::make_index_sequence<kCount>{})) [[likely]]
+    return Dictionary(block);
+  return Unpacker(packed()).dictionary();
+}
 
 }  // namespace quorin

@@ -22,9 +22,10 @@ class Block {
   /// The next bytes, aligned for a pointer; null where there is no room.
   [[nodiscard]] [[gnu::always_inline]] void* take(std::size_t bytes) {
     const std::size_t whole = (bytes + kAlignment - 1) / kAlignment * kAlignment;
-    if (whole > static_cast<std::size_t>(_end - _next)) [[unlikely]]
+    std::uint8_t* const next = _next + whole;  // of no size that an address would run over
+    if (next > _end) [[unlikely]]
       return isFull = true, nullptr;
-    void* taken = std::exchange(_next, _next + whole);
+    void* taken = std::exchange(_next, next);
     if (!taken) __builtin_unreachable();  // or whoever asks would ask once more
     return taken;
   }

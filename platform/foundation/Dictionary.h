@@ -28,12 +28,12 @@ class List {
     Elements::own(_elements, 1, plain).append(std::move(value), plain);
   }
 
-  /// The same dictionaries, with `change` made to a copy of each: of a `Dictionary`, or of a
-  /// `DictionaryDraft` where nothing but plain values is there and, as `plain` says, is put there.
+  /// The same dictionaries, changed by `change`: `all` of them as `DictionaryDrafts` where nothing
+  /// but plain values is there and, as `plain` says, is put there, else `one` copy after the other.
   /// Copies under the keys `from` get the keys `to`, which begin with those, where these are given.
   /// Requires: the list has dictionaries only.
   template <class Change>
-  [[nodiscard]] List changed(bool plain, Keys from, Keys to, Change change) const;
+  [[nodiscard]] List changed(bool plain, Keys from, Keys to, Change&& change) const;
 
   friend bool operator==(const List& a, const List& b) {
     return std::ranges::equal(a.values(), b.values());
@@ -104,6 +104,15 @@ class Dictionary {
   void setAt(std::size_t place, Value value) {
     Elements::own(_elements, 0, value.isPlain()).put(place, std::move(value));
   }
+  /// Lets `make` change the value at the place, if there is one.
+  template <class Make>
+  void change(std::size_t place, Make make) {
+    const Value* old = at(place);
+    if (!old) return;
+    Value value = *old;
+    make(value);
+    replace(old, std::move(value));
+  }
   /// Replaces one of this dictionary's values.
   [[gnu::always_inline]] void replace(const Value* old, Value value) {
     const auto place = static_cast<std::size_t>(old - _elements->first());
@@ -112,6 +121,11 @@ class Dictionary {
   /// Appends. Requires: no entry has this key.
   void append(Literal key, Value value) { append(key, nullptr, std::move(value)); }
   void append(const Ref<String>& key, Value value) { append({key->text()}, key, std::move(value)); }
+
+  /// Null without memory.
+  [[nodiscard]] const Elements* elements() const { return _elements.get(); }
+  /// Whether these are other keys than its kind's, which end with the dictionary.
+  [[nodiscard]] bool hasOwnKeys() const { return _elements && _elements->hasOwnKeys(); }
 
   /// Whether this is the platform's own dictionary behind a bridge, and not the program's.
   [[nodiscard]] bool isBridged() const { return _elements && _elements->isMarked(); }
@@ -122,7 +136,7 @@ class Dictionary {
 
  private:
   friend class Value;
-  friend class DictionaryDraft;
+  friend class DictionaryDrafts;
   friend class DictionaryMaker;
 
   class Iterator {
@@ -158,10 +172,10 @@ class Dictionary {
                                            std::size_t guess) {
     return isAt(elements, key, guess) ? guess : search(elements, key);
   }
-  /// Whether the place's key is this text at the same address.
+  /// Whether the place's key is this text at the same address, where a `kKey` stands alone.
   [[nodiscard]] static bool isAt(const Elements& elements, const Literal& key, std::size_t place) {
     return place < elements.size() && elements.keys()[place].text.data() == key.text.data() &&
-           elements.keys()[place].text.size() == key.text.size();
+           (key.padded || elements.keys()[place].text.size() == key.text.size());
   }
   /// The place of the key, whether it has a value or not, or the size.
   [[nodiscard]] static std::size_t search(const Elements& elements, const Literal& key);
@@ -172,26 +186,37 @@ class Dictionary {
   Ref<Elements> _elements;
 };
 
-/// A dictionary of plain values that is made in a block, before anyone holds it.
-class DictionaryDraft {
+/// The dictionaries of a list that is made in a block, before anyone holds it: of plain values, and
+/// all under the same keys.
+class DictionaryDrafts {
  public:
-  explicit DictionaryDraft(Elements* elements) : _elements(elements) {}
+  explicit DictionaryDrafts(const Elements& list) : _list(list) {}
 
-  [[nodiscard]] Keys keys() const { return {_elements->keys(), _elements->size()}; }
   [[nodiscard]] std::size_t placeOf(const Literal& key, std::size_t guess = 0) const {
-    return Dictionary::placeOf(*_elements, key, guess);
+    return Dictionary::placeOf(first(), key, guess);
   }
-  [[nodiscard]] const Value* at(std::size_t place) const { return _elements->at(place); }
-  /// Each requires: the value is plain, and its key one of the dictionary's kind.
-  void set(Literal key, const Value& value) {
-    _elements->putPlain(Dictionary::search(*_elements, key), value);
+  /// Lets `make` change each value at the place to another plain one.
+  template <class Make>
+  void change(std::size_t place, Make make) const {
+    if (place >= first().size()) return;
+    for (const Value& value : _list.all()) {
+      Elements& dictionary = draft(value);
+      if (dictionary.has(place)) make(dictionary.first()[place]);
+    }
   }
-  void replace(const Value* old, const Value& value) {
-    new (const_cast<Value*>(old)) Value(Value::plain(value));
+  /// Requires: the value is plain, and its key one of theirs.
+  void set(const Literal& key, const Value& value) const {
+    const std::size_t place = placeOf(key, first().size() - 1);
+    for (const Value& dictionary : _list.all()) draft(dictionary).putPlain(place, value);
   }
 
  private:
-  Elements* _elements;
+  [[nodiscard]] static Elements& draft(const Value& value) {
+    return const_cast<Elements&>(static_cast<const Elements&>(*value.held()));
+  }
+  [[nodiscard]] const Elements& first() const { return draft(_list.all()[0]); }
+
+  const Elements& _list;
 };
 
 /// Makes a dictionary of the keys of its kind, or of the same as another's, place by place.
@@ -202,10 +227,19 @@ class DictionaryMaker {
       : _elements(like._elements && like._elements->hasOwnKeys() ? like._elements->copy(0)
                                                                  : Elements::create(like.keys())) {}
 
-  void put(std::size_t place, Value value) { _elements->put(place, std::move(value)); }
+  [[gnu::always_inline]] void put(std::size_t place, const Value& value) {
+    if (value.isPlain()) [[likely]]
+      _elements->putPlain(place, value);
+    else
+      putAny(place, value);
+  }
   [[nodiscard]] Dictionary made() { return Dictionary(std::move(_elements)); }
 
  private:
+  [[gnu::noinline]] void putAny(std::size_t place, const Value& value) {
+    _elements->put(place, Value(value));
+  }
+
   Ref<Elements> _elements;
 };
 
@@ -224,26 +258,28 @@ class ListMaker {
   Ref<Elements> _elements;
 };
 
+inline List Value::list() const {
+  return List(Ref<Elements>(const_cast<Elements*>(elements())));
+}
 inline Value::Value(List&& list) : Value(Kind::list, list._elements.take(), nullptr) {}
 inline Value::Value(Dictionary&& dictionary)
     : Value(Kind::dictionary, dictionary._elements.take(), nullptr) {}
 
 template <class Change>
-List List::changed(bool plain, Keys from, Keys to, Change change) const {
+List List::changed(bool plain, Keys from, Keys to, Change&& change) const {
   const Elements* first = empty() ? nullptr : (*this)[0].elements();
   if (plain && first && !first->hasOwnKeys() && (to.empty() || first->keys() == from.data())) {
     const Keys keys = to.empty() ? Keys(first->keys(), first->size()) : to;
     Block block(Elements::bytes(size()) + size() * Elements::bytes(keys.size()));
-    if (Elements* list = _elements->copyDictionariesIn(block, keys)) {
-      for (Value& value : std::span(list->first(), list->size()))
-        change(DictionaryDraft(const_cast<Elements*>(value.elements())));
+    if (const Elements* list = _elements->copyDictionariesIn(block, keys)) {
+      change.all(DictionaryDrafts(*list));
       return List(block);
     }
   }
   ListMaker list(size());
   for (const Value& value : *this) {
     Dictionary copy = value.dictionary();
-    change(copy);
+    change.one(copy);
     list.append(Value(std::move(copy)));
   }
   return list.made();
@@ -257,6 +293,9 @@ void appendPrinted(std::string& out, const List& list);
 void appendPrinted(std::string& out, const Dictionary& dictionary);
 void appendPrinted(std::string& out, float value);
 void appendPrinted(std::string& out, double value);
+
+/// The text, a space and the printed dictionary, until the thread prints again.
+[[nodiscard]] std::string_view printedBehind(std::string_view before, const Dictionary& dictionary);
 
 template <class T>
 [[nodiscard]] std::string printed(const T& value) {

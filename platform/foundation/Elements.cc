@@ -18,22 +18,34 @@ Ref<Elements> Elements::copy(std::size_t more) const {
 }
 
 Elements* Elements::copyDictionariesIn(Block& block, Keys keys) const {
-  const auto dictionaryOf = [](const Value& value) {
-    return value.kind() == Value::Kind::dictionary ? value.elements() : nullptr;
+  const auto at = [](const Elements* elements) {
+    return reinterpret_cast<const std::uint8_t*>(elements);
   };
-  const Literal* const kind = dictionaryOf(*first())->_keys;
-  const std::size_t stride = bytes(keys.size());
+  const Elements* const kind = first()->elements();
+  const std::size_t size = bytes(kind->_size);
+  const std::size_t room = bytes(keys.size());
+  const std::uint8_t* next = at(kind);
+  bool areTogether = room == size;  // one behind the other, as a reader makes them
+  for (const Value& value : all()) {
+    const Elements* from = value.elements();
+    if (!from || value.kind() != Value::Kind::dictionary || !from->isPlain() ||
+        from->_keys != kind->_keys)
+      return nullptr;
+    areTogether &= at(from) == next;
+    next += size;
+  }
   Elements* list = createIn(block, _size);
-  auto* to = static_cast<std::uint8_t*>(block.take(_size * stride));
-  for (std::size_t i = 0; i < _size; ++i, to += stride) {
-    const Elements* from = dictionaryOf(first()[i]);
-    if (!from || !from->isPlain() || from->_keys != kind) return nullptr;
-    // The bytes of a plain one are its copy once it knows where it lies.
-    std::memcpy(static_cast<void*>(to), from, bytes(from->_size));
+  auto* to = static_cast<std::uint8_t*>(block.take(_size * room));
+  // The bytes of a plain one are its copy once it knows where it lies.
+  if (areTogether) std::memcpy(to, at(kind), _size * size);
+  for (std::size_t i = 0; i < _size; ++i, to += room) {
     auto* copy = reinterpret_cast<Elements*>(to);
+    if (!areTogether) {
+      std::memcpy(to, at(first()[i].elements()), size);
+      copy->_keys = keys.data();
+      copy->_size = copy->_capacity = static_cast<std::uint32_t>(keys.size());
+    }
     copy->layIn(block.first());
-    copy->_keys = keys.data();
-    copy->_size = copy->_capacity = static_cast<std::uint32_t>(keys.size());
     new (list->first() + i) Value(Value::inside(Value::Kind::dictionary, copy));
   }
   list->setInside(_size);

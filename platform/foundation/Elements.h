@@ -241,16 +241,22 @@ class Elements final : public Part {
   }
   /// Whether the object, which a value holds, lies in the same memory.
   [[nodiscard]] bool contains(const void* object) const {
-    return !isWhole() ||
-           reinterpret_cast<std::uintptr_t>(object) - reinterpret_cast<std::uintptr_t>(this) <
-               _memory;
+    return !isWhole() || isInMemory(object);
+  }
+  [[nodiscard]] bool isInMemory(const void* object) const {
+    return reinterpret_cast<std::uintptr_t>(object) - reinterpret_cast<std::uintptr_t>(this) <
+           _memory;
   }
   void endAt(std::size_t place) {
     first()[place].end([this](const void* object) { return contains(object); });
   }
   [[gnu::noinline]] void endOld(std::size_t place) { endAt(place); }
+  /// Requires: whole.
   [[gnu::noinline]] void endCounting() {
-    _counting.each(_size, [this](std::size_t place) { endAt(place); });
+    _counting.each(_size, [this](std::size_t place) {
+      const Value& value = first()[place];
+      if (!value.isPlain() && !isInMemory(value.held())) value.held()->release();
+    });
   }
   [[gnu::noinline]] static Elements& made(Ref<Elements>& elements, std::size_t more);
 

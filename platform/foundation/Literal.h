@@ -14,8 +14,9 @@ struct Literal {
   bool padded = false;  // whole steps of `kPaddedStep` bytes may be read
 };
 
-/// How much of a padded text is copied at once.
+/// How much of a padded text is copied at once, and the most that one takes.
 inline constexpr std::size_t kPaddedStep = 32;
+inline constexpr std::size_t kMostPadded = 2 * kPaddedStep;
 
 /// A text as a template's argument.
 template <std::size_t size>
@@ -32,6 +33,7 @@ FixedText(const char (&literal)[size]) -> FixedText<size - 1>;
 
 template <FixedText text>
 inline constexpr auto kPaddedText = [] {
+  static_assert(sizeof text.text <= kMostPadded);
   std::array<char, (sizeof text.text + kPaddedStep - 1) / kPaddedStep * kPaddedStep> padded{};
   std::ranges::copy(text.text, padded.begin());
   return padded;

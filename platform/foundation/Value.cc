@@ -32,8 +32,6 @@ Ref<String> Value::string() const { return Ref<String>(objectAs<String>(_as.part
 
 Ref<Data> Value::data() const { return Ref<Data>(objectAs<Data>(_as.part)); }
 
-List Value::list() const { return List(Ref<Elements>(objectAs<Elements>(_as.part))); }
-
 Dictionary Value::dictionary() const {
   return Dictionary(Ref<Elements>(objectAs<Elements>(_as.part)));
 }

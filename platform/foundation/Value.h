@@ -113,11 +113,17 @@ class Value {
   void end(IsNear isNear) {
     if (const Part* part = counted(); part && !isNear(part)) part->release();
   }
+  /// Replaces a value that is plain by another one.
+  void become(const Value& plain) {
+    _head = plain._head;
+    _as = plain._as;
+  }
+  /// What it holds. Requires: it is not plain.
+  [[nodiscard]] const Part* held() const { return _as.part; }
   /// A copy that counts nothing: of one that is plain, or for the memory that its object lies in.
   [[nodiscard]] static Value plain(const Value& value) {
     Value copy;
-    copy._head = value._head;
-    copy._as = value._as;
+    copy.become(value);
     return copy;
   }
   /// What lies in one block with this value, and is not counted.

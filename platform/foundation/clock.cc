@@ -23,19 +23,12 @@ class SystemClock final : public Clock {
   }
 };
 
-Clock*& clockInForce() {
-  static Clock* clock = &systemClock();
-  return clock;
-}
+constinit SystemClock machineClock;
 
 }  // namespace
 
-Clock& systemClock() {
-  static SystemClock clock;
-  return clock;
-}
+constinit Clock* clock_state::inForce = &machineClock;
 
-Clock& currentClock() { return *clockInForce(); }
-void setCurrentClock(Clock& clock) { clockInForce() = &clock; }
+Clock& systemClock() { return machineClock; }
 
 }  // namespace quorin

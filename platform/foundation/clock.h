@@ -22,8 +22,12 @@ class Clock {
 /// The machine's own clocks.
 [[nodiscard]] Clock& systemClock();
 
+namespace clock_state {
+extern Clock* inForce;
+}
+
 /// The clock in force: the machine's, until a test puts in its own. Main thread.
-[[nodiscard]] Clock& currentClock();
-void setCurrentClock(Clock& clock);
+[[nodiscard]] inline Clock& currentClock() { return *clock_state::inForce; }
+inline void setCurrentClock(Clock& clock) { clock_state::inForce = &clock; }
 
 }  // namespace quorin

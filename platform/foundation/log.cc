@@ -6,6 +6,7 @@
 #include <syslog.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cstdio>
 #include <cstring>
 #include <ctime>
@@ -33,11 +34,14 @@ int loggerSocket(int type) {
 // Of two threads' lines none ever stands within another: one lock around what is buffered, one
 // write where nothing is.
 
+std::atomic<bool> isBuffered = false;
+
 void bufferLine(std::FILE* file, std::string_view line) {
   flockfile(file);
   fwrite_unlocked(line.data(), 1, line.size(), file);
   putc_unlocked('\n', file);
   funlockfile(file);
+  isBuffered.store(true, std::memory_order_relaxed);
 }
 
 void writeLine(std::FILE* file, std::string_view line) {
@@ -146,7 +150,11 @@ LogSink setPrintSink(LogSink sink) {
   log_state::printing = static_cast<bool>(sink);
   return std::exchange(printSink(), std::move(sink));
 }
-void flushPrintedLines() { std::fflush(stdout); }
+void flushPrintedLines() {
+  if (isBuffered.load(std::memory_order_relaxed) &&
+      isBuffered.exchange(false, std::memory_order_relaxed))
+    std::fflush(stdout);
+}
 
 void writeOut(std::string_view text) {
   std::fwrite(text.data(), 1, text.size(), stdout);

@@ -40,12 +40,18 @@ std::pair<std::size_t, std::size_t> sequence(std::string_view text) {
 
 bool isAscii(std::string_view text) {
   constexpr std::uint64_t kHighBits = 0x8080808080808080;
-  std::uint64_t word = 0;
-  for (; text.size() >= sizeof word; text.remove_prefix(sizeof word)) {
-    std::memcpy(&word, text.data(), sizeof word);
-    if (word & kHighBits) return false;
-  }
-  return std::ranges::all_of(text, [](char c) { return static_cast<std::uint8_t>(c) < 0x80; });
+  constexpr std::size_t kStep = sizeof kHighBits;
+  if (text.size() < kStep)
+    return std::ranges::all_of(text, [](char c) { return static_cast<std::uint8_t>(c) < 0x80; });
+  std::uint64_t all = 0;
+  const auto add = [&](std::size_t at) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, text.data() + at, kStep);
+    all |= word;
+  };
+  for (std::size_t at = 0; at + kStep <= text.size(); at += kStep) add(at);
+  add(text.size() - kStep);  // the last ones, some of them once more
+  return (all & kHighBits) == 0;
 }
 
 }  // namespace
@@ -67,43 +73,53 @@ void appendUtf8(std::string& out, std::string_view text) {
 
 namespace {
 
-constexpr auto kDigitPairs = [] {
-  std::array<char, 200> pairs{};
-  for (std::size_t i = 0; i < 100; ++i) {
-    pairs[2 * i] = static_cast<char>('0' + i / 10);
-    pairs[2 * i + 1] = static_cast<char>('0' + i % 10);
+/// The numbers below 1,000: as they are, with their length behind, and as three digits.
+struct Thousand {
+  std::array<std::array<char, 4>, 1000> plain{};
+  std::array<std::array<char, 4>, 1000> threeDigits{};
+};
+constexpr Thousand kThousand = [] {
+  Thousand made;
+  for (std::size_t i = 0; i < 1000; ++i) {
+    const auto digit = [](std::size_t number) { return static_cast<char>('0' + number % 10); };
+    const std::array<char, 4> three{digit(i / 100), digit(i / 10), digit(i)};
+    const std::size_t zeros = i >= 100 ? 0 : i >= 10 ? 1 : 2;
+    made.threeDigits[i] = three;
+    std::copy(three.begin() + zeros, three.end(), made.plain[i].begin());
+    made.plain[i][3] = static_cast<char>(3 - zeros);
   }
-  return pairs;
+  return made;
 }();
 
-[[gnu::always_inline]] inline char* putPair(char* at, std::uint32_t below100) {
-  std::memcpy(at, &kDigitPairs[below100 * 2], 2);
-  return at + 2;
-}
+// Each may write a character more than it puts.
 
-/// Of a number below 10,000.
-[[gnu::always_inline]] inline char* putFew(char* at, std::uint32_t number) {
-  if (number < 10) {
-    *at = static_cast<char>('0' + number);
-    return at + 1;
-  }
-  if (number < 100) return putPair(at, number);
-  const std::uint32_t hundreds = number / 100;
-  if (hundreds >= 10)
-    at = putPair(at, hundreds);
-  else
-    *at++ = static_cast<char>('0' + hundreds);
-  return putPair(at, number % 100);
+[[gnu::always_inline]] inline char* putBelow1000(char* at, std::uint64_t number) {
+  const auto& text = kThousand.plain[number];
+  std::memcpy(at, text.data(), sizeof text);
+  return at + text[3];
 }
-
-/// Requires: room for 20 characters.
+[[gnu::always_inline]] inline char* putThree(char* at, std::uint64_t below1000) {
+  std::memcpy(at, kThousand.threeDigits[below1000].data(), 4);
+  return at + 3;
+}
+[[gnu::noinline]] char* putLarge(char* at, std::uint64_t number) {
+  const std::uint64_t millions = number / 1'000'000;
+  const std::uint64_t rest = number % 1'000'000;
+  at = millions < 1000 ? putBelow1000(at, millions) : putLarge(at, millions);
+  return putThree(putThree(at, rest / 1000), rest % 1000);
+}
 [[gnu::always_inline]] inline char* putDigits(char* at, std::uint64_t number) {
-  if (number >= 100'000'000) return std::to_chars(at, at + 20, number).ptr;
-  const auto whole = static_cast<std::uint32_t>(number);
-  if (whole < 10'000) return putFew(at, whole);
-  const std::uint32_t rest = whole % 10'000;
-  return putPair(putPair(putFew(at, whole / 10'000), rest / 100), rest % 100);
+  if (number < 1000) return putBelow1000(at, number);
+  if (number >= 1'000'000) return putLarge(at, number);
+  return putThree(putBelow1000(at, number / 1000), number % 1000);
 }
+
+constexpr auto kHexPairs = [] {
+  std::array<std::array<char, 2>, 256> pairs{};
+  for (std::size_t i = 0; i < pairs.size(); ++i)
+    pairs[i] = {"0123456789abcdef"[i >> 4], "0123456789abcdef"[i & 15]};
+  return pairs;
+}();
 
 /// Literals that the compiler knows become a store each.
 [[gnu::always_inline]] inline char* put(char* at, std::string_view ascii) {
@@ -111,27 +127,44 @@ constexpr auto kDigitPairs = [] {
   return at + ascii.size();
 }
 
-/// Requires: room for a step more than the text is long, which may be read in such steps.
+/// The same for texts of any length, of which many are as long as a time stamp.
+[[gnu::always_inline]] inline char* putText(char* at, std::string_view ascii) {
+  constexpr std::size_t kHalf = 16;
+  if (ascii.size() < kHalf || ascii.size() > 2 * kHalf) return put(at, ascii);
+  std::memcpy(at, ascii.data(), kHalf);
+  char* const end = at + ascii.size();
+  std::memcpy(end - kHalf, ascii.data() + ascii.size() - kHalf, kHalf);
+  return end;
+}
+
+/// Requires: room for `kMostPadded`.
 [[gnu::always_inline]] inline char* putPadded(char* at, std::string_view text) {
-  for (std::size_t done = 0; done < text.size(); done += kPaddedStep)
-    std::memcpy(at + done, text.data() + done, kPaddedStep);
+  std::memcpy(at, text.data(), kPaddedStep);
+  if (text.size() > kPaddedStep) [[unlikely]]
+    std::memcpy(at + kPaddedStep, text.data() + kPaddedStep, kPaddedStep);
   return at + text.size();
 }
 
-/// Writes into memory that its thread keeps, and appends that to a text when it ends.
+/// Writes into memory that its thread keeps.
 class Printer {
  public:
-  explicit Printer(std::string& out)
-      : _out(out),
-        _memory(std::exchange(kept(), {})),
-        _at(begin()),
-        _end(begin() + _memory.second) {}
-  ~Printer() {
-    _out.append(begin(), static_cast<std::size_t>(_at - begin()));
-    kept() = std::move(_memory);
-  }
+  Printer() : _memory(std::exchange(kept(), {})), _at(begin()), _end(begin() + _memory.second) {}
+  ~Printer() { kept() = std::move(_memory); }
   Printer(const Printer&) = delete;
   Printer& operator=(const Printer&) = delete;
+
+  /// What was written, until the thread prints again.
+  [[nodiscard]] std::string_view text() const {
+    return {begin(), static_cast<std::size_t>(_at - begin())};
+  }
+
+  [[gnu::always_inline]] void print(std::string_view ascii) {
+    _at = put(room(ascii.size()), ascii);
+  }
+
+  void printWithSpace(std::string_view ascii) {
+    _at = put(putText(room(ascii.size() + 1), ascii), " ");
+  }
 
   [[gnu::always_inline]] void print(const Value& value) {
     if (isUsualNumber(value)) [[likely]]
@@ -140,43 +173,50 @@ class Printer {
       printOther(value);
   }
 
-  void print(const List& list) {
-    if (list.empty()) return print("[]");
+  /// Null: no value.
+  void printList(const Elements* list) {
+    if (!list || list->size() == 0) return print("[]");
     print("[");
-    for (const Value& value : list) {
-      print(value);
+    for (const Value& value : list->all()) {
+      if (value.kind() == Value::Kind::dictionary) [[likely]]
+        printDictionary(value.elements());
+      else
+        print(value);
       print(kSeparator);
     }
     endBehindSeparator();
   }
 
-  void print(const Dictionary& dictionary) {
-    if (dictionary.empty()) return print("[:]");
-    print("[");
-    for (const auto& [key, value] : dictionary) {
-      if (!key.padded) [[unlikely]] {
-        print(Value(key));
-        print(kColon);
-        print(value);
-        print(kSeparator);
+  /// Null: no entry.
+  void printDictionary(const Elements* dictionary) {
+    if (!dictionary || dictionary->empty()) return print("[:]");
+    const Literal* key = dictionary->keys();
+    const Value* value = dictionary->first();
+    const std::size_t size = dictionary->size();
+    char* at = put(room(1 + size * kMostOfEntry), "[");
+    for (std::size_t place = 0; place < size; ++place, ++key, ++value) {
+      if (!dictionary->has(place)) [[unlikely]]
         continue;
-      }
-      const std::string_view text = key.text;
-      char* at = room(text.size() + kPaddedStep + kLongestNumber);
-      at = put(putPadded(at, text), kColon);
-      if (isUsualNumber(value)) [[likely]] {
-        at = putSigned(at, *value.integer());
-      } else if (value.isPadded()) {
-        _at = at;
-        const std::string_view shown = value.text();
-        at = putPadded(room(shown.size() + kPaddedStep), shown);
+      if (key->padded) [[likely]] {
+        at = putPadded(at, key->text);
       } else {
         _at = at;
-        printOther(value);
-        at = room(kSeparator.size());
+        printUnpadded(Value(*key));
+        at = room((size - place) * kMostOfEntry);
       }
-      _at = put(at, kSeparator);
+      at = put(at, kColon);
+      if (isUsualNumber(*value)) [[likely]] {
+        at = putSigned(at, *value->integer());
+      } else if (value->isPadded()) {
+        at = putPadded(at, value->text());
+      } else {
+        _at = at;
+        printOther(*value);
+        at = room((size - place) * kMostOfEntry);
+      }
+      at = put(at, kSeparator);
     }
+    _at = at;
     endBehindSeparator();
   }
 
@@ -186,6 +226,7 @@ class Printer {
   static constexpr std::size_t kMore = 8;  // for what stands between two values
   static constexpr std::string_view kSeparator = ", ";
   static constexpr std::string_view kColon = ": ";
+  static constexpr std::size_t kMostOfEntry = 2 * kMostPadded + kColon.size() + kSeparator.size();
 
   static Memory& kept() {
     thread_local Memory memory;
@@ -198,10 +239,13 @@ class Printer {
     return value.isInteger() && value.kind() != Value::Kind::uint64;
   }
 
-  static char* putSigned(char* at, std::int64_t number) {
-    if (number >= 0) return putDigits(at, static_cast<std::uint64_t>(number));
-    *at = '-';
-    return putDigits(at + 1, 0 - static_cast<std::uint64_t>(number));
+  [[gnu::always_inline]] static char* putSigned(char* at, std::int64_t number) {
+    auto natural = static_cast<std::uint64_t>(number);
+    if (number < 0) {
+      *at++ = '-';
+      natural = 0 - natural;
+    }
+    return putDigits(at, natural);
   }
 
   void printOther(const Value& value) {
@@ -215,9 +259,9 @@ class Printer {
       case Value::Kind::float32: return print(printed(value.float32()));
       case Value::Kind::float64: return print(printed(value.float64()));
       case Value::Kind::text: return printText(value);
-      case Value::Kind::data: return print(value.data()->bytes());
-      case Value::Kind::list: return print(value.list());
-      case Value::Kind::dictionary: return print(value.dictionary());
+      case Value::Kind::data: return printBytes(value.bytes());
+      case Value::Kind::list: return printList(value.elements());
+      case Value::Kind::dictionary: return printDictionary(value.elements());
     }
   }
 
@@ -244,36 +288,32 @@ class Printer {
     _end = begin() + size;
   }
 
-  [[gnu::always_inline]] void print(std::string_view ascii) {
-    _at = put(room(ascii.size()), ascii);
-  }
-
   [[gnu::always_inline]] void printText(const Value& value) {
-    if (value.isPadded()) {
-      const std::string_view text = value.text();
-      _at = putPadded(room(text.size() + kPaddedStep), text);
-    } else {
+    if (value.isPadded())
+      _at = putPadded(room(kMostPadded), value.text());
+    else
       printUnpadded(value);
-    }
   }
   void printUnpadded(const Value& value) {
     const std::string_view text = value.text();
-    if (value.isPlain() || isAscii(text)) return print(text);
-    std::string shown;
-    appendUtf8(shown, text);
-    print(shown);
+    if (value.isPlain() || isAscii(text)) {
+      _at = putText(room(text.size()), text);
+    } else {
+      std::string shown;
+      appendUtf8(shown, text);
+      print(shown);
+    }
   }
 
-  void print(Bytes bytes) {
+  void printBytes(Bytes bytes) {
     char* at = put(room(2 * bytes.size() + 2), "<");
     for (const std::uint8_t byte : bytes) {
-      *at++ = "0123456789abcdef"[byte >> 4];
-      *at++ = "0123456789abcdef"[byte & 15];
+      std::memcpy(at, kHexPairs[byte].data(), 2);
+      at += 2;
     }
     _at = put(at, ">");
   }
 
-  std::string& _out;
   Memory _memory;
   char* _at;
   char* _end;
@@ -283,10 +323,23 @@ class Printer {
 
 void appendPrinted(std::string& out, float value) { appendDecimal(out, value); }
 void appendPrinted(std::string& out, double value) { appendDecimal(out, value); }
-void appendPrinted(std::string& out, const Value& value) { Printer(out).print(value); }
-void appendPrinted(std::string& out, const List& list) { Printer(out).print(list); }
+void appendPrinted(std::string& out, const Value& value) {
+  Printer printer;
+  printer.print(value);
+  out += printer.text();
+}
+void appendPrinted(std::string& out, const List& list) { appendPrinted(out, Value(list)); }
 void appendPrinted(std::string& out, const Dictionary& dictionary) {
-  Printer(out).print(dictionary);
+  Printer printer;
+  printer.printDictionary(dictionary.elements());
+  out += printer.text();
+}
+
+std::string_view printedBehind(std::string_view before, const Dictionary& dictionary) {
+  Printer printer;
+  printer.printWithSpace(before);
+  printer.printDictionary(dictionary.elements());
+  return printer.text();
 }
 
 }  // namespace quorin

@@ -79,8 +79,9 @@ TEST(TechnologyRecords, StartWithOnePlaceholderInEachList) {
 TEST(WithFixedKeys, TakesTheKeysOfTheOneAndTheValuesOfTheOther) {
   const Dictionary fixed{{"a", Value(std::string("one"))}, {"b", Value(2)}, {"c", Value(3)}};
   const Dictionary latest{{"c", Value(9)}, {"x", Value(8)}, {"a", Value(7)}};
-  EXPECT_EQ(printed(withFixedKeys(fixed, latest)), "[a: 7, b: , c: 9]");
-  EXPECT_EQ(printed(withFixedKeys(fixed, {})), "[a: , b: , c: ]");
+  FixedPlaces places;
+  EXPECT_EQ(printed(places.withFixedKeys(fixed, latest)), "[a: 7, b: , c: 9]");
+  EXPECT_EQ(printed(places.withFixedKeys(fixed, {})), "[a: , b: , c: ]");
 }
 
 }  // namespace
