@@ -1,32 +1,12 @@
 #include "metrics/MetricValidator.h"
 
 #include <algorithm>
-#include <bit>
 
 #include "metrics/conversions.h"
 #include "metrics/metric_cases.h"
 #include "metrics/record_rows.h"
 
 namespace quorin {
-
-namespace {
-
-/// Prints the ID's low 32 bits in at least two columns.
-void printMetricID(std::int64_t id) {
-  char line[] = "Metric ID in Hex =         ";
-  constexpr std::size_t kDigits = 8;
-  const auto low = static_cast<std::uint32_t>(id);
-  const auto columns =
-      std::max<std::size_t>(2, (static_cast<std::size_t>(std::bit_width(low)) + 3) / 4);
-  char* const first = std::end(line) - 1 - kDigits;
-  char* at = first + columns;
-  std::uint32_t rest = low;
-  do *--at = "0123456789ABCDEF"[rest & 15];
-  while ((rest >>= 4) != 0);
-  printLine({line, static_cast<std::size_t>(first + columns - line)});
-}
-
-}  // namespace
 
 const std::shared_ptr<MetricValidator>& MetricValidator::sharedInstance() {
   static auto& shared = *new std::shared_ptr<MetricValidator>;  // lives until the process ends
@@ -77,8 +57,8 @@ bool MetricValidator::handleMetric(const Dictionary& metric) {
   const auto id = entry ? entry->integer() : std::nullopt;
   if (!id) fatal();
   _metricID = id;
-  if (isPrintingOn()) printMetricID(*id);
   const MetricCase* row = metricCase(*id);
+  if (isPrintingOn()) printLine(row ? row->idLine.text() : IDLine(*id).text());
   if (!row) {
     printLine("I dont care for this Metric");
     return false;

@@ -89,8 +89,11 @@ constexpr StoreRow kStoreRows[] = {
     {"mySIMFileInfoDict", &MV::mySIMFileInfoDict, &MV::setMySIMFileInfoDict},
 };
 
-constexpr std::array<MetricCase, 30> numbered(std::array<MetricCase, 30> cases) {
-  for (std::uint8_t i = 0; MetricCase& row : cases) row.index = i++;
+constexpr std::array<MetricCase, 30> completed(std::array<MetricCase, 30> cases) {
+  for (std::uint8_t i = 0; MetricCase& row : cases) {
+    row.index = i++;
+    row.idLine = IDLine(row.id);
+  }
   return cases;
 }
 
@@ -98,7 +101,7 @@ constexpr std::array<MetricCase, 30> numbered(std::array<MetricCase, 30> cases) 
 
 // K_LTE_RLF and K_LTE_SCELL_MEAS have no row: meant. The reselection store keeps its milliseconds,
 // and the bearer store is logged with them: meant, too.
-constexpr std::array<MetricCase, 30> kMetricCases = numbered({{
+constexpr std::array<MetricCase, 30> kMetricCases = completed({{
     {K_SIM_FILE_INFO, decodeAs<KCellularSimCardFiles>, &MV::mySIMFileInfoDict,
      &MV::setMySIMFileInfoDict, "Received SIM Card File Info is"},
     {K_GSM_SCELL_INFO, decodeAs<KCellularGsmScellInfo>, &MV::myGSMScellInfoDict,

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
+#include <bit>
 #include <span>
 
 #include "metrics/MetricValidator.h"
@@ -20,6 +22,29 @@ struct StoreRow {
 /// When a store's "timestamp" becomes text.
 enum class StampText { beforeLog, afterLog, never };
 
+/// The line that an event's ID begins with: its low 32 bits in at least two columns.
+class IDLine {
+ public:
+  constexpr IDLine() = default;
+  constexpr explicit IDLine(std::int64_t id) {
+    constexpr std::string_view kBefore = "Metric ID in Hex = ";
+    const auto low = static_cast<std::uint32_t>(id);
+    const auto digits = (static_cast<std::size_t>(std::bit_width(low)) + 3) / 4;
+    _size = kBefore.size() + std::max<std::size_t>(2, digits);
+    _text.fill(' ');
+    std::ranges::copy(kBefore, _text.begin());
+    std::size_t at = _size;
+    std::uint32_t rest = low;
+    do _text[--at] = "0123456789ABCDEF"[rest & 15];
+    while ((rest >>= 4) != 0);
+  }
+  [[nodiscard]] constexpr std::string_view text() const { return {_text.data(), _size}; }
+
+ private:
+  std::array<char, 27> _text{};
+  std::size_t _size = 0;
+};
+
 /// One handled metric.
 struct MetricCase {
   std::int64_t id;
@@ -31,6 +56,7 @@ struct MetricCase {
   StampText stamp = StampText::beforeLog;
   void (*convert)(Dictionary&) = nullptr;  // the case's own step, before the log line
   std::uint8_t index = 0;                  // among the cases
+  IDLine idLine{};
 };
 
 /// The 30 handled metrics, ascending by ID.

@@ -212,17 +212,15 @@ template <class M>
   return Places::of((present<M>(slots) & kObjectPlaces<M>) | slots.made);
 }
 
-/// The names of a row's values, each with room for whole steps.
+/// The names of a row's values, padded.
 template <class M, std::size_t row>
 inline constexpr auto kNameTexts = [] {
   constexpr auto names = kField<M, row>.names.names;
   constexpr std::size_t longest = std::ranges::max(names, {}, [](const EnumName& name) {
                                     return name.name.size();
                                   }).name.size();
-  static_assert(longest <= kMostPadded);
-  constexpr std::size_t size = (longest + kPaddedStep - 1) / kPaddedStep * kPaddedStep;
-  std::array<std::array<char, size>, names.size()> texts{};
-  for (std::size_t i = 0; i < names.size(); ++i) std::ranges::copy(names[i].name, texts[i].begin());
+  std::array<decltype(paddedText<longest>("")), names.size()> texts{};
+  for (std::size_t i = 0; i < names.size(); ++i) texts[i] = paddedText<longest>(names[i].name);
   return texts;
 }();
 

@@ -146,6 +146,8 @@ class Elements final : public Part {
   [[nodiscard]] bool has(std::size_t place) const {
     return place >= kMostKeys || (_present >> place & 1) != 0;
   }
+  /// The same for the first places, a bit each, the last for all from there on.
+  [[nodiscard]] std::int64_t present() const { return static_cast<std::int64_t>(_present); }
   /// The value at the place, or null.
   [[nodiscard]] const Value* at(std::size_t place) const {
     return place < _size && has(place) ? &first()[place] : nullptr;

@@ -11,12 +11,24 @@ namespace quorin {
 /// Text that lives as long as the program, for keys and names from tables.
 struct Literal {
   std::string_view text;
-  bool padded = false;  // whole steps of `kPaddedStep` bytes may be read
+  bool padded = false;  // made by `paddedText`
 };
 
-/// How much of a padded text is copied at once, and the most that one takes.
+/// What stands behind a padded text, whether it is shown or not.
+inline constexpr std::string_view kBehindPadded = ": ";
+/// How much of both is copied at once, and the most that they take.
 inline constexpr std::size_t kPaddedStep = 32;
 inline constexpr std::size_t kMostPadded = 2 * kPaddedStep;
+
+/// The bytes of a padded text of at most `longest` characters.
+template <std::size_t longest>
+constexpr auto paddedText(std::string_view text) {
+  constexpr std::size_t size = longest + kBehindPadded.size();
+  static_assert(size <= kMostPadded);
+  std::array<char, (size + kPaddedStep - 1) / kPaddedStep * kPaddedStep> padded{};
+  std::ranges::copy(kBehindPadded, std::ranges::copy(text, padded.begin()).out);
+  return padded;
+}
 
 /// A text as a template's argument.
 template <std::size_t size>
@@ -32,12 +44,8 @@ template <std::size_t size>
 FixedText(const char (&literal)[size]) -> FixedText<size - 1>;
 
 template <FixedText text>
-inline constexpr auto kPaddedText = [] {
-  static_assert(sizeof text.text <= kMostPadded);
-  std::array<char, (sizeof text.text + kPaddedStep - 1) / kPaddedStep * kPaddedStep> padded{};
-  std::ranges::copy(text.text, padded.begin());
-  return padded;
-}();
+inline constexpr auto kPaddedText =
+    paddedText<sizeof text.text>(std::string_view(text.text, sizeof text.text));
 
 /// The text that stands once in the program: two equal keys are one address.
 template <FixedText text>

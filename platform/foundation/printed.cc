@@ -137,19 +137,24 @@ constexpr auto kHexPairs = [] {
   return end;
 }
 
-/// Requires: room for `kMostPadded`.
-[[gnu::always_inline]] inline char* putPadded(char* at, std::string_view text) {
+/// Each requires room for `kMostPadded`.
+[[gnu::always_inline]] inline char* putPadded(char* at, std::string_view text, std::size_t more) {
   std::memcpy(at, text.data(), kPaddedStep);
-  if (text.size() > kPaddedStep) [[unlikely]]
+  if (text.size() + more > kPaddedStep) [[unlikely]]
     std::memcpy(at + kPaddedStep, text.data() + kPaddedStep, kPaddedStep);
-  return at + text.size();
+  return at + text.size() + more;
+}
+[[gnu::always_inline]] inline char* putPadded(char* at, std::string_view text) {
+  return putPadded(at, text, 0);
+}
+[[gnu::always_inline]] inline char* putPaddedKey(char* at, std::string_view key) {
+  return putPadded(at, key, kBehindPadded.size());
 }
 
-/// Writes into memory that its thread keeps.
+/// Writes into memory that its thread keeps: one at a time.
 class Printer {
  public:
-  Printer() : _memory(std::exchange(kept(), {})), _at(begin()), _end(begin() + _memory.second) {}
-  ~Printer() { kept() = std::move(_memory); }
+  Printer() : _memory(kept()), _at(begin()), _end(begin() + _memory.second) {}
   Printer(const Printer&) = delete;
   Printer& operator=(const Printer&) = delete;
 
@@ -182,29 +187,28 @@ class Printer {
         printDictionary(value.elements());
       else
         print(value);
-      print(kSeparator);
+      _at = put(_at, kSeparator);
     }
     endBehindSeparator();
   }
 
   /// Null: no entry.
   void printDictionary(const Elements* dictionary) {
-    if (!dictionary || dictionary->empty()) return print("[:]");
+    if (!dictionary) return print("[:]");
     const Literal* key = dictionary->keys();
     const Value* value = dictionary->first();
-    const std::size_t size = dictionary->size();
-    char* at = put(room(1 + size * kMostOfEntry), "[");
-    for (std::size_t place = 0; place < size; ++place, ++key, ++value) {
-      if (!dictionary->has(place)) [[unlikely]]
+    const Value* const end = value + dictionary->size();
+    const auto more = [&] { return room(static_cast<std::size_t>(end - value) * kMostOfEntry); };
+    char* at = put(more(), "[");
+    const char* const first = at;
+    for (std::int64_t present = dictionary->present(); value != end;
+         ++key, ++value, present >>= 1) {
+      if ((present & 1) == 0) [[unlikely]]
         continue;
-      if (key->padded) [[likely]] {
-        at = putPadded(at, key->text);
-      } else {
-        _at = at;
-        printUnpadded(Value(*key));
-        at = room((size - place) * kMostOfEntry);
-      }
-      at = put(at, kColon);
+      if (key->padded) [[likely]]
+        at = putPaddedKey(at, key->text);
+      else
+        at = putUnpaddedKey(at, key->text, end - value);
       if (isUsualNumber(*value)) [[likely]] {
         at = putSigned(at, *value->integer());
       } else if (value->isPadded()) {
@@ -212,11 +216,12 @@ class Printer {
       } else {
         _at = at;
         printOther(*value);
-        at = room((size - place) * kMostOfEntry);
+        at = more();
       }
       at = put(at, kSeparator);
     }
     _at = at;
+    if (at == first) return print(":]");
     endBehindSeparator();
   }
 
@@ -225,8 +230,7 @@ class Printer {
   static constexpr std::size_t kLongestNumber = 21;
   static constexpr std::size_t kMore = 8;  // for what stands between two values
   static constexpr std::string_view kSeparator = ", ";
-  static constexpr std::string_view kColon = ": ";
-  static constexpr std::size_t kMostOfEntry = 2 * kMostPadded + kColon.size() + kSeparator.size();
+  static constexpr std::size_t kMostOfEntry = 2 * kMostPadded + kSeparator.size();
 
   static Memory& kept() {
     thread_local Memory memory;
@@ -248,21 +252,38 @@ class Printer {
     return putDigits(at, natural);
   }
 
+  [[gnu::noinline]] char* putUnpaddedKey(char* at, std::string_view key, std::ptrdiff_t entries) {
+    _at = at;
+    at = put(room(key.size()), key);
+    _at = put(at, kBehindPadded);
+    return room(static_cast<std::size_t>(entries) * kMostOfEntry);
+  }
+
   void printOther(const Value& value) {
     switch (value.kind()) {
       case Value::Kind::nothing: return print("null");
       case Value::Kind::boolean: return print(value.boolean() ? "1" : "0");
-      case Value::Kind::uint64: _at = putDigits(room(kLongestNumber), value.natural()); return;
+      case Value::Kind::uint64: return printLarge(value.natural());
       case Value::Kind::int32:
       case Value::Kind::uint32:
       case Value::Kind::int64: return;  // see `print`
-      case Value::Kind::float32: return print(printed(value.float32()));
-      case Value::Kind::float64: return print(printed(value.float64()));
+      case Value::Kind::float32:
+      case Value::Kind::float64: return printReal(value);
       case Value::Kind::text: return printText(value);
       case Value::Kind::data: return printBytes(value.bytes());
       case Value::Kind::list: return printList(value.elements());
       case Value::Kind::dictionary: return printDictionary(value.elements());
     }
+  }
+
+  // Each by itself, so that the usual ones need no memory of the stack.
+
+  [[gnu::noinline]] void printLarge(std::uint64_t number) {
+    _at = putDigits(room(kLongestNumber), number);
+  }
+  [[gnu::noinline]] void printReal(const Value& value) {
+    print(value.kind() == Value::Kind::float32 ? printed(value.float32())
+                                               : printed(value.float64()));
   }
 
   /// Puts the closing bracket in the place of the last separator.
@@ -288,24 +309,22 @@ class Printer {
     _end = begin() + size;
   }
 
-  [[gnu::always_inline]] void printText(const Value& value) {
-    if (value.isPadded())
-      _at = putPadded(room(kMostPadded), value.text());
-    else
-      printUnpadded(value);
-  }
-  void printUnpadded(const Value& value) {
+  [[gnu::noinline]] void printText(const Value& value) {
     const std::string_view text = value.text();
-    if (value.isPlain() || isAscii(text)) {
+    if (value.isPadded())
+      _at = putPadded(room(kMostPadded), text);
+    else if (value.isPlain() || isAscii(text))
       _at = putText(room(text.size()), text);
-    } else {
-      std::string shown;
-      appendUtf8(shown, text);
-      print(shown);
-    }
+    else
+      printWithReplacements(text);
+  }
+  [[gnu::noinline]] void printWithReplacements(std::string_view text) {
+    std::string shown;
+    appendUtf8(shown, text);
+    print(shown);
   }
 
-  void printBytes(Bytes bytes) {
+  [[gnu::noinline]] void printBytes(Bytes bytes) {
     char* at = put(room(2 * bytes.size() + 2), "<");
     for (const std::uint8_t byte : bytes) {
       std::memcpy(at, kHexPairs[byte].data(), 2);
@@ -314,7 +333,7 @@ class Printer {
     _at = put(at, ">");
   }
 
-  Memory _memory;
+  Memory& _memory;
   char* _at;
   char* _end;
 };
