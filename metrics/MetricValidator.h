@@ -127,7 +127,9 @@ class MetricValidator : public OsminWrapperDelegate,
   [[nodiscard]] const Dictionary& myGSMIdleConfigInfoDict() const {
     return _myGSMIdleConfigInfoDict;
   }
-  void setMyGSMIdleConfigInfoDict(Dictionary&& store) { _myGSMIdleConfigInfoDict = std::move(store); }
+  void setMyGSMIdleConfigInfoDict(Dictionary&& store) {
+    _myGSMIdleConfigInfoDict = std::move(store);
+  }
   [[nodiscard]] const Dictionary& myGSMIdleScellMeasDict() const { return _myGSMIdleScellMeasDict; }
   void setMyGSMIdleScellMeasDict(Dictionary&& store) { _myGSMIdleScellMeasDict = std::move(store); }
   [[nodiscard]] const Dictionary& myGSMConnRfMeasDict() const { return _myGSMConnRfMeasDict; }

@@ -48,7 +48,8 @@ class IDLine {
 /// One handled metric.
 struct MetricCase {
   std::int64_t id;
-  /// Gives the dictionary of the payload, a `Data`'s bytes, or of none. False: the class refuses it.
+  /// Gives the dictionary of the payload, a `Data`'s bytes, or of none. False: the class refuses
+  /// it.
   bool (*decode)(const Value* payload, Dictionary& store);
   MetricValidator::Store get;
   void (MetricValidator::*set)(Dictionary&&);

@@ -47,6 +47,7 @@ struct Varint {
   return word >> 32 << 28 | static_cast<std::uint32_t>(word);
 }
 
+/// Requires: three bytes at least.
 [[gnu::noinline]] inline Varint longVarint(Position at) {
   std::uint64_t word = 0;
   std::memcpy(&word, at, sizeof word);
@@ -55,7 +56,8 @@ struct Varint {
   const std::uint64_t ends = ~word & 0x8080808080808080;
   if (ends == 0) return {0, nullptr};
   word &= ends ^ (ends - 1);  // up to the first byte that announces no other
-  return {fromGroups(word & 0x7f7f7f7f7f7f7f7f), at + (static_cast<unsigned>(std::countr_zero(ends)) / 8 + 1)};
+  return {fromGroups(word & 0x7f7f7f7f7f7f7f7f),
+          at + (static_cast<unsigned>(std::countr_zero(ends)) / 8 + 1)};
 }
 
 /// The same position as one whose bytes nobody has read: what is unusual reads them again, so that
@@ -63,15 +65,6 @@ struct Varint {
 [[gnu::always_inline]] inline Position anew(Position at) {
   asm("" : "+r"(at));
   return at;
-}
-
-/// The same where six bytes are usual, as of milliseconds since 1970 until the year 2109.
-[[gnu::noinline]] inline Varint timeVarint(Position at) {
-  std::uint64_t word = 0;
-  std::memcpy(&word, at, sizeof word);
-  if ((word & 0x808080808080) != 0x008080808080) [[unlikely]]
-    return *at < 0x80 ? Varint{*at, at + 1} : longVarint(at);
-  return {fromGroups(word & 0x7f7f7f7f7f7f), at + 6};
 }
 
 /// Reads a varint; false when it takes nine or ten bytes.
@@ -89,6 +82,18 @@ struct Varint {
   value = read.value;
   at = read.behind;
   return at != nullptr;
+}
+
+/// A varint where six bytes are usual, as of milliseconds since 1970 until the year 2109.
+[[gnu::noinline]] inline Varint timeVarint(Position at) {
+  std::uint64_t word = 0;
+  std::memcpy(&word, at, sizeof word);
+  if ((word & 0x808080808080) != 0x008080808080) [[unlikely]] {
+    std::uint64_t value = 0;
+    const bool isRead = readVarint(at, value);
+    return {value, isRead ? at : nullptr};
+  }
+  return {fromGroups(word & 0x7f7f7f7f7f7f), at + 6};
 }
 
 template <Kind kind>

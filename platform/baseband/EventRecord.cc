@@ -22,6 +22,7 @@ constexpr std::uint8_t kOtherKey = 0xff;
 
 // What the service sends with a metric, under the first of them.
 constexpr xpc_type_t kMetricTypes[] = {xpc_type_t::int64, xpc_type_t::data, xpc_type_t::int64};
+constexpr std::size_t kPayload = 1;  // the only bytes
 
 class Packer {
  public:
@@ -80,23 +81,24 @@ class Packer {
   std::vector<std::uint8_t>& _out;
 };
 
-/// Puts an entry of a metric event. False: another one stands there, or none.
+/// Goes behind an entry of a metric event, and puts it if it is a number. False: another one stands
+/// there, or none.
 template <std::size_t row>
-[[gnu::always_inline]] inline bool readEntry(Block& block, Value* place, const std::uint8_t*& at,
-                                             const std::uint8_t* end) {
+[[gnu::always_inline]] inline bool readEntry(Value* place, const std::uint8_t*& at,
+                                             const std::uint8_t* end, Bytes& content) {
   if (at == end || at[0] != row || at[1] != static_cast<std::uint8_t>(kMetricTypes[row]))
     return false;
-  const std::uint8_t* const content = at + 2;
+  at += 2;
   if constexpr (kMetricTypes[row] == xpc_type_t::data) {
     std::uint32_t length = 0;
-    std::memcpy(&length, content, sizeof length);
-    at = content + sizeof length + length;
-    new (place) Value(Value::inside(Data::createIn(block, {content + sizeof length, length})));
+    std::memcpy(&length, at, sizeof length);
+    content = {at + sizeof length, length};
+    at += sizeof length + length;
   } else {
     std::int64_t number = 0;
-    std::memcpy(&number, content, sizeof number);
-    at = content + sizeof number;
+    std::memcpy(&number, at, sizeof number);
     new (place) Value(number);
+    at += sizeof number;
   }
   return true;
 }
@@ -106,14 +108,14 @@ template <std::size_t... rows>
 bool readMetric(Block& block, Bytes packed, std::index_sequence<rows...>) {
   constexpr Keys kKeys{kKnownKeys, sizeof...(rows)};
   constexpr std::uint64_t kPresent = (std::uint64_t{1} << sizeof...(rows)) - 1;
-  constexpr std::uint64_t kInside =
-      ((std::uint64_t{kMetricTypes[rows] == xpc_type_t::data} << rows) | ...);
   void* memory = block.take(Elements::bytes(sizeof...(rows)));
+  Value* values = Elements::firstIn(memory);
   const std::uint8_t* at = packed.data();
   const std::uint8_t* const end = at + packed.size();
-  if (!(readEntry<rows>(block, Elements::firstIn(memory) + rows, at, end) && ...) || at != end)
-    return false;
-  new (memory) Elements(block, kKeys, kPresent, Places::of(kInside));
+  Bytes content;
+  if (!(readEntry<rows>(values + rows, at, end, content) && ...) || at != end) return false;
+  new (memory) Elements(block, kKeys, kPresent, Places::of(std::uint64_t{1} << kPayload));
+  new (values + kPayload) Value(Value::inside(Data::createIn(block, content)));
   return true;
 }
 

@@ -258,9 +258,7 @@ class ListMaker {
   Ref<Elements> _elements;
 };
 
-inline List Value::list() const {
-  return List(Ref<Elements>(const_cast<Elements*>(elements())));
-}
+inline List Value::list() const { return List(Ref<Elements>(const_cast<Elements*>(elements()))); }
 inline Value::Value(List&& list) : Value(Kind::list, list._elements.take(), nullptr) {}
 inline Value::Value(Dictionary&& dictionary)
     : Value(Kind::dictionary, dictionary._elements.take(), nullptr) {}

@@ -27,26 +27,29 @@ Elements* Elements::copyDictionariesIn(Block& block, Keys keys) const {
   const std::uint8_t* next = at(kind);
   bool areTogether = room == size;  // one behind the other, as a reader makes them
   for (const Value& value : all()) {
-    const Elements* from = value.elements();
-    if (!from || value.kind() != Value::Kind::dictionary || !from->isPlain() ||
-        from->_keys != kind->_keys)
-      return nullptr;
+    if (value.kind() != Value::Kind::dictionary || value.isPlain()) return nullptr;
+    const auto* from = static_cast<const Elements*>(value.held());
+    if (!from->isPlain() || from->_keys != kind->_keys) return nullptr;
     areTogether &= at(from) == next;
     next += size;
   }
   Elements* list = createIn(block, _size);
   auto* to = static_cast<std::uint8_t*>(block.take(_size * room));
   // The bytes of a plain one are its copy once it knows where it lies.
-  if (areTogether) std::memcpy(to, at(kind), _size * size);
-  for (std::size_t i = 0; i < _size; ++i, to += room) {
-    auto* copy = reinterpret_cast<Elements*>(to);
-    if (!areTogether) {
-      std::memcpy(to, at(first()[i].elements()), size);
+  if (areTogether) {
+    std::memcpy(to, at(kind), _size * size);
+  } else {
+    for (std::size_t i = 0; i < _size; ++i) {
+      std::memcpy(to + i * room, at(first()[i].elements()), size);
+      auto* copy = reinterpret_cast<Elements*>(to + i * room);
       copy->_keys = keys.data();
       copy->_size = copy->_capacity = static_cast<std::uint32_t>(keys.size());
     }
+  }
+  for (Value *value = list->first(), *end = value + _size; value != end; ++value, to += room) {
+    auto* copy = reinterpret_cast<Elements*>(to);
     copy->layIn(block.first());
-    new (list->first() + i) Value(Value::inside(Value::Kind::dictionary, copy));
+    new (value) Value(Value::inside(Value::Kind::dictionary, copy));
   }
   list->setInside(_size);
   return list;

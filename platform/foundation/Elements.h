@@ -242,9 +242,7 @@ class Elements final : public Part {
     _counting.add(place);
   }
   /// Whether the object, which a value holds, lies in the same memory.
-  [[nodiscard]] bool contains(const void* object) const {
-    return !isWhole() || isInMemory(object);
-  }
+  [[nodiscard]] bool contains(const void* object) const { return !isWhole() || isInMemory(object); }
   [[nodiscard]] bool isInMemory(const void* object) const {
     return reinterpret_cast<std::uintptr_t>(object) - reinterpret_cast<std::uintptr_t>(this) <
            _memory;

@@ -29,6 +29,8 @@ constinit SystemClock machineClock;
 
 constinit Clock* clock_state::inForce = &machineClock;
 
+Milliseconds Clock::roughUptime() const { return uptime(); }
+
 Clock& systemClock() { return machineClock; }
 
 }  // namespace quorin

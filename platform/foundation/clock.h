@@ -14,7 +14,7 @@ class Clock {
   /// Never goes back; its start means nothing.
   [[nodiscard]] virtual Milliseconds uptime() const = 0;
   /// The same for less, and up to some ten milliseconds late.
-  [[nodiscard]] virtual Milliseconds roughUptime() const { return uptime(); }
+  [[nodiscard]] virtual Milliseconds roughUptime() const;
   /// The time of day.
   [[nodiscard]] virtual Milliseconds sinceEpoch() const = 0;
 };

@@ -103,7 +103,7 @@ LogSink& systemSink() {
   return sink;
 }
 
-LogSink& printSink() {
+[[gnu::always_inline]] inline LogSink& printSink() {
   static LogSink& sink = *new LogSink(standardOutputSink());
   return sink;
 }

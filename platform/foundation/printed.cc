@@ -102,24 +102,35 @@ constexpr Thousand kThousand = [] {
   std::memcpy(at, kThousand.threeDigits[below1000].data(), 4);
   return at + 3;
 }
+[[gnu::always_inline]] inline char* putBelowMillion(char* at, std::uint64_t number) {
+  if (number < 1000) return putBelow1000(at, number);
+  return putThree(putBelow1000(at, number / 1000), number % 1000);
+}
 [[gnu::noinline]] char* putLarge(char* at, std::uint64_t number) {
   const std::uint64_t millions = number / 1'000'000;
   const std::uint64_t rest = number % 1'000'000;
-  at = millions < 1000 ? putBelow1000(at, millions) : putLarge(at, millions);
+  at = millions < 1'000'000 ? putBelowMillion(at, millions) : putLarge(at, millions);
   return putThree(putThree(at, rest / 1000), rest % 1000);
 }
 [[gnu::always_inline]] inline char* putDigits(char* at, std::uint64_t number) {
-  if (number < 1000) return putBelow1000(at, number);
-  if (number >= 1'000'000) return putLarge(at, number);
-  return putThree(putBelow1000(at, number / 1000), number % 1000);
+  return number < 1'000'000 ? putBelowMillion(at, number) : putLarge(at, number);
 }
 
-constexpr auto kHexPairs = [] {
-  std::array<std::array<char, 2>, 256> pairs{};
-  for (std::size_t i = 0; i < pairs.size(); ++i)
-    pairs[i] = {"0123456789abcdef"[i >> 4], "0123456789abcdef"[i & 15]};
-  return pairs;
-}();
+/// Writes two lower-case digits a byte, eight bytes at a time. Requires: `kReadableBehind` bytes
+/// may be read, and twice as many characters be written, behind the last.
+[[gnu::always_inline]] inline char* putHex(char* at, Bytes padded) {
+  using Lanes [[gnu::vector_size(16)]] = unsigned char;
+  constexpr std::size_t kStep = sizeof(Lanes) / 2;
+  for (std::size_t done = 0; done < padded.size(); done += kStep) {
+    Lanes bytes;
+    std::memcpy(&bytes, padded.data() + done, sizeof bytes);
+    const Lanes digits = __builtin_shufflevector(bytes >> 4, bytes & 15, 0, 16, 1, 17, 2, 18, 3, 19,
+                                                 4, 20, 5, 21, 6, 22, 7, 23);
+    const Lanes text = digits + '0' + (reinterpret_cast<Lanes>(digits > 9) & ('a' - '9' - 1));
+    std::memcpy(at + 2 * done, &text, sizeof text);
+  }
+  return at + 2 * padded.size();
+}
 
 /// Literals that the compiler knows become a store each.
 [[gnu::always_inline]] inline char* put(char* at, std::string_view ascii) {
@@ -174,41 +185,41 @@ class Printer {
   [[gnu::always_inline]] void print(const Value& value) {
     if (isUsualNumber(value)) [[likely]]
       _at = putSigned(room(kLongestNumber), *value.integer());
+    else if (value.isPadded())
+      _at = putPadded(room(kMostPadded), value.text());
     else
       printOther(value);
   }
 
   /// Null: no value.
-  void printList(const Elements* list) {
+  [[gnu::noinline]] void printList(const Elements* list) {
     if (!list || list->size() == 0) return print("[]");
     print("[");
     for (const Value& value : list->all()) {
-      if (value.kind() == Value::Kind::dictionary) [[likely]]
-        printDictionary(value.elements());
+      if (value.kind() == Value::Kind::dictionary && !value.isPlain()) [[likely]]
+        printDictionary(static_cast<const Elements*>(value.held()));
       else
         print(value);
-      _at = put(_at, kSeparator);
+      _at = putSeparator(_at);
     }
-    endBehindSeparator();
+    endBehindSeparator(_at);
   }
 
   /// Null: no entry.
   void printDictionary(const Elements* dictionary) {
     if (!dictionary) return print("[:]");
+    if (dictionary->hasOwnKeys()) [[unlikely]]
+      return printWithOwnKeys(*dictionary);
     const Literal* key = dictionary->keys();
     const Value* value = dictionary->first();
     const Value* const end = value + dictionary->size();
-    const auto more = [&] { return room(static_cast<std::size_t>(end - value) * kMostOfEntry); };
-    char* at = put(more(), "[");
-    const char* const first = at;
+    const std::size_t most = dictionary->size() * kMostOfEntry;
+    char* at = put(room(most), "[");
     for (std::int64_t present = dictionary->present(); value != end;
          ++key, ++value, present >>= 1) {
       if ((present & 1) == 0) [[unlikely]]
         continue;
-      if (key->padded) [[likely]]
-        at = putPaddedKey(at, key->text);
-      else
-        at = putUnpaddedKey(at, key->text, end - value);
+      at = putPaddedKey(at, key->text);
       if (isUsualNumber(*value)) [[likely]] {
         at = putSigned(at, *value->integer());
       } else if (value->isPadded()) {
@@ -216,21 +227,20 @@ class Printer {
       } else {
         _at = at;
         printOther(*value);
-        at = more();
+        at = room(most);
       }
-      at = put(at, kSeparator);
+      at = putSeparator(at);
     }
-    _at = at;
-    if (at == first) return print(":]");
-    endBehindSeparator();
+    endEntries(at);
   }
 
  private:
   using Memory = std::pair<std::unique_ptr<char[]>, std::size_t>;
   static constexpr std::size_t kLongestNumber = 21;
   static constexpr std::size_t kMore = 8;  // for what stands between two values
-  static constexpr std::string_view kSeparator = ", ";
-  static constexpr std::size_t kMostOfEntry = 2 * kMostPadded + kSeparator.size();
+  static constexpr std::size_t kSeparator = 2;
+  static constexpr std::size_t kMostOfEntry = 9 * sizeof(Value);
+  static_assert(kMostOfEntry >= 2 * kMostPadded + kSeparator && kMostPadded > kLongestNumber);
 
   static Memory& kept() {
     thread_local Memory memory;
@@ -245,6 +255,8 @@ class Printer {
 
   [[gnu::always_inline]] static char* putSigned(char* at, std::int64_t number) {
     auto natural = static_cast<std::uint64_t>(number);
+    if (natural < 1000) [[likely]]
+      return putBelow1000(at, natural);
     if (number < 0) {
       *at++ = '-';
       natural = 0 - natural;
@@ -252,13 +264,20 @@ class Printer {
     return putDigits(at, natural);
   }
 
-  [[gnu::noinline]] char* putUnpaddedKey(char* at, std::string_view key, std::ptrdiff_t entries) {
-    _at = at;
-    at = put(room(key.size()), key);
-    _at = put(at, kBehindPadded);
-    return room(static_cast<std::size_t>(entries) * kMostOfEntry);
+  [[gnu::noinline]] void printWithOwnKeys(const Elements& dictionary) {
+    char* at = put(room(1), "[");
+    for (std::size_t place = 0; place < dictionary.size(); ++place) {
+      const std::string_view key = dictionary.keys()[place].text;
+      _at = at;
+      at = put(room(key.size()), key);
+      _at = put(at, kBehindPadded);
+      print(dictionary.first()[place]);
+      at = putSeparator(_at);
+    }
+    endEntries(at);
   }
 
+  /// Neither a usual number nor padded.
   void printOther(const Value& value) {
     switch (value.kind()) {
       case Value::Kind::nothing: return print("null");
@@ -286,10 +305,22 @@ class Printer {
                                                : printed(value.float64()));
   }
 
+  /// Four bytes are one store, the others give way.
+  [[gnu::always_inline]] static char* putSeparator(char* at) {
+    std::memcpy(at, ", \0", 4);
+    return at + kSeparator;
+  }
   /// Puts the closing bracket in the place of the last separator.
-  void endBehindSeparator() {
-    *(_at - 2) = ']';
-    --_at;
+  [[gnu::always_inline]] void endBehindSeparator(char* at) {
+    *(at - kSeparator) = ']';
+    _at = at - kSeparator + 1;
+  }
+  /// The same of a dictionary, which may have no entry.
+  [[gnu::always_inline]] void endEntries(char* at) {
+    if (at[-1] == '[') [[unlikely]]
+      _at = put(at, ":]");
+    else
+      endBehindSeparator(at);
   }
 
   /// Where so many characters, and `kMore`, may be written.
@@ -311,9 +342,7 @@ class Printer {
 
   [[gnu::noinline]] void printText(const Value& value) {
     const std::string_view text = value.text();
-    if (value.isPadded())
-      _at = putPadded(room(kMostPadded), text);
-    else if (value.isPlain() || isAscii(text))
+    if (value.isPlain() || isAscii(text))
       _at = putText(room(text.size()), text);
     else
       printWithReplacements(text);
@@ -324,12 +353,10 @@ class Printer {
     print(shown);
   }
 
+  /// Requires: a `Data`'s.
   [[gnu::noinline]] void printBytes(Bytes bytes) {
-    char* at = put(room(2 * bytes.size() + 2), "<");
-    for (const std::uint8_t byte : bytes) {
-      std::memcpy(at, kHexPairs[byte].data(), 2);
-      at += 2;
-    }
+    char* at = put(room(2 * (bytes.size() + kReadableBehind) + 2), "<");
+    at = putHex(at, bytes);
     _at = put(at, ">");
   }
 

@@ -10,8 +10,8 @@ namespace quorin {
 /// Memory that a thread gave back and takes again, by size, so that the steady state asks the heap
 /// for nothing. At most `kMostKept` bytes of a size are kept; a thread's end keeps them.
 struct RecycledMemory {
-  static constexpr std::size_t kStep = 32;          // bytes between two sizes
-  static constexpr std::size_t kLargest = 1 << 14;  // larger blocks come from the heap
+  static constexpr std::size_t kStep = 32;             // bytes between two sizes
+  static constexpr std::size_t kLargest = 1 << 14;     // larger blocks come from the heap
   static constexpr std::uint32_t kMostKept = 1 << 17;  // bytes
 
   struct Free {
@@ -24,7 +24,7 @@ struct RecycledMemory {
   std::array<Size, kLargest / kStep + 1> sizes{};
 
   constexpr RecycledMemory() {
-    for (std::size_t row = 1; row < sizes.size(); ++row) 
+    for (std::size_t row = 1; row < sizes.size(); ++row)
       sizes[row].room = kMostKept / static_cast<std::uint32_t>(row * kStep);
   }
 

@@ -119,6 +119,33 @@ TEST(TheUnrolledReader, AgreesWithTheExactOneOnChangedPayloads) {
   }
 }
 
+void appendVarint(std::vector<std::uint8_t>& bytes, std::uint64_t number) {
+  for (; number >= 0x80; number >>= 7) bytes.push_back(static_cast<std::uint8_t>(number | 0x80));
+  bytes.push_back(static_cast<std::uint8_t>(number));
+}
+
+TEST(TheUnrolledReader, AgreesWithTheExactOneOnNumbersOfEveryLengthInEveryScalarField) {
+  RecordedLog log;
+  for (const CatalogueRow& row : catalogue()) {
+    for (const Field& first : row.table->fields) {
+      if (first.kind > Kind::boolean) continue;
+      for (unsigned bits = 0; bits < 64; ++bits) {
+        const std::uint64_t power = std::uint64_t{1} << bits;
+        for (const std::uint64_t number : {power - 1, power, power + power / 3}) {
+          std::vector<std::uint8_t> payload;
+          for (const Field& field : row.table->fields) {
+            if (field.kind > Kind::boolean || field.number < first.number) continue;
+            appendVarint(payload, field.number << 3);
+            appendVarint(payload, &field == &first ? number : 1);
+          }
+          ASSERT_EQ(differenceOfReaders(*row.table, payload, log), "")
+              << row.table->name << " " << hexText(payload);
+        }
+      }
+    }
+  }
+}
+
 TEST(AMessageThatWasRead, TakesASecondPayloadAsItWouldTakeBothInOne) {
   RecordedLog log;
   const auto payloads = corpus(67);

@@ -67,6 +67,7 @@ TEST(MetricCases, AreThirtyEachWithItsClassItsStoreAndItsLogText) {
     EXPECT_EQ(row.id, sample.id);
     EXPECT_EQ(nameOf(row.get), sample.store);
     EXPECT_EQ(row.logText, sample.logText);
+    EXPECT_EQ(row.index, i);
     const CatalogueRow* message = catalogueRow(sample.id);
     ASSERT_TRUE(message) << sample.messageClass;
     EXPECT_EQ(message->table->name, sample.messageClass);

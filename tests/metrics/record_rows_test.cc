@@ -1,5 +1,6 @@
 #include "metrics/record_rows.h"
 
+#include "messages/lte/KCellularLteNbrEutraCellMeas.h"
 #include "metrics/metric_cases.h"
 #include "tests/support/intake.h"
 #include "tests/support/sample_metrics.h"
@@ -133,6 +134,31 @@ TEST(RecordRows, KeepTheirPlaceholdersUntilTheirOwnMetricComes) {
       EXPECT_EQ(member(row.record, row.member), seen)
           << row.record << "." << row.member << " after " << sample.messageClass;
     }
+  }
+}
+
+TEST(RecordRows, ConvertEveryEntryHoweverManyThereAre) {
+  const Intake intake;
+  for (const int count : {1, 2, 8, 9, 16, 17, 100}) {
+    KCellularLteNbrEutraCellMeas message;
+    std::string converted;
+    for (int i = 0; i < count; ++i) {
+      auto neighbour = make<EgwErrcNbrEutraMeas>();
+      neighbour->setNbrRsrp(-50 - i);
+      if (i % 5 != 3) neighbour->setNbrRsrq(-i);
+      message.addMeasNbrEutra(neighbour);
+      converted += (i == 0 ? "[nbr_rsrp: " : ", [nbr_rsrp: ") + std::to_string(-50 - i);
+      if (i % 5 != 3) converted += ", nbr_rsrq: " + printed(Value(static_cast<float>(-i) * 0.5F));
+      converted += "]";
+    }
+    PBDataWriter writer;
+    message.writeTo(writer);
+    const Value payload(make<Data>(Bytes(writer.bytes())));
+    (void)intake.validator->isMetricIDValidWithMetricdict(
+        {{"kKeyMetricID", Value(std::int64_t{K_LTE_INTRARAT_MEAS})}, {"kKeyPayload", payload}});
+    EXPECT_EQ(member("myLTE", "EutraNbrsMeas"), "[" + converted + "]");
+    EXPECT_EQ(printed(intake.validator->myLTEIntraRatMeasDict()),
+              printed(message.dictionaryRepresentation()));
   }
 }
 

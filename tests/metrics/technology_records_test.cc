@@ -82,6 +82,9 @@ TEST(WithFixedKeys, TakesTheKeysOfTheOneAndTheValuesOfTheOther) {
   FixedPlaces places;
   EXPECT_EQ(printed(places.withFixedKeys(fixed, latest)), "[a: 7, b: , c: 9]");
   EXPECT_EQ(printed(places.withFixedKeys(fixed, {})), "[a: , b: , c: ]");
+  const Dictionary turned{{"a", Value(1)}, {"b", Value(test::data("02"))}, {"c", Value(3)}};
+  EXPECT_EQ(printed(places.withFixedKeys(fixed, turned)), "[a: 1, b: <02>, c: 3]");
+  EXPECT_EQ(printed(places.withFixedKeys(turned, fixed)), "[a: one, b: 2, c: 3]");
 }
 
 }  // namespace

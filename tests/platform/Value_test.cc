@@ -288,6 +288,22 @@ TEST(DictionaryInABlock, HasPartsThatAreChangedForWhoeverChangesThem) {
   }
 }
 
+/// Ten times "b", and a "c".
+struct TimesTenAndMore {
+  const Value& more;
+
+  template <class Entries>
+  void all(const Entries& entries) const {
+    entries.change(entries.placeOf(Literal{"b"}), timesTen);
+    entries.set(Literal{"c"}, more);
+  }
+  void one(Dictionary& entry) const {
+    entry.change(entry.placeOf(Literal{"b"}), timesTen);
+    entry.set(Literal{"c"}, more);
+  }
+  static void timesTen(Value& value) { value = Value(static_cast<int>(*value.integer() * 10)); }
+};
+
 TEST(ListChanged, IsOfCopies) {
   static constexpr Literal kFrom[] = {kKey<"a">, kKey<"b">, kKey<"d">};
   static constexpr Literal kTo[] = {kKey<"a">, kKey<"b">, kKey<"d">, kKey<"c">};
@@ -338,12 +354,7 @@ TEST(ListChanged, IsOfCopies) {
   for (const auto& [what, list, added, after] : rows) {
     SCOPED_TRACE(what);
     const std::string before = printed(list);
-    List copy = list.changed(added.isPlain(), kFrom, kTo, [&, &more = added](auto&& entry) {
-      const std::size_t place = entry.placeOf(Literal{"b"});
-      if (const Value* value = entry.at(place))
-        entry.setAt(place, Value(static_cast<int>(*value->integer() * 10)));
-      entry.set(Literal{"c"}, more);
-    });
+    List copy = list.changed(added.isPlain(), kFrom, kTo, TimesTenAndMore{added});
     EXPECT_EQ(printed(copy), after);
     EXPECT_EQ(printed(list), before);
     const Value last = copy.empty() ? Value() : copy[copy.size() - 1];

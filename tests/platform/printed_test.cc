@@ -27,6 +27,59 @@ TEST(Printed, ShowsEachKindOfValue) {
   for (const auto& [value, text] : rows) EXPECT_EQ(printed(value), text);
 }
 
+TEST(Printed, ShowsIntegersOfEveryLength) {
+  const auto expect = [](auto number) {
+    EXPECT_EQ(printed(Value(number)), std::to_string(number));
+  };
+  for (std::uint64_t power = 1;; power *= 10) {
+    for (const std::uint64_t number : {power - 1, power, power + 1, power * 9 + power / 7}) {
+      expect(number);
+      expect(static_cast<std::int64_t>(number));
+      expect(-static_cast<std::int64_t>(number));
+      expect(static_cast<std::int32_t>(number));
+      expect(static_cast<std::uint32_t>(number));
+    }
+    if (power == 10'000'000'000'000'000'000U) break;
+  }
+  for (int number = -2000; number < 2000; ++number) expect(number);
+}
+
+TEST(Printed, ShowsBytesOfEveryLength) {
+  std::vector<std::uint8_t> bytes;
+  for (unsigned i = 0; i < 300; ++i) {
+    EXPECT_EQ(printed(Value(make<Data>(Bytes(bytes)))), "<" + hexText(bytes) + ">");
+    bytes.push_back(static_cast<std::uint8_t>(i * 7));
+  }
+}
+
+template <FixedText... texts>
+void expectPadded() {
+  static constexpr Literal kTexts[] = {kKey<texts>...};
+  DictionaryMaker made{Keys(kTexts)};
+  std::string expected;
+  for (std::size_t i = 0; i < std::size(kTexts); ++i) {
+    made.put(i, Value(kTexts[i]));
+    expected +=
+        (i == 0 ? "" : ", ") + std::string(kTexts[i].text) + ": " + std::string(kTexts[i].text);
+  }
+  EXPECT_EQ(printed(made.made()), "[" + expected + "]");
+}
+
+TEST(Printed, ShowsKeysAndNamesOfEveryLength) {
+  expectPadded<"a", "of_fifteen_char", "of_sixteen_chars", "of_twenty_nine_characters_29c",
+               "of_thirty_characters_______30c", "of_thirty_one_characters____31c",
+               "of_thirty_two_characters_____32c", "of_thirty_three_characters____33c",
+               "of_sixty_two_characters_____________________________________62">();
+}
+
+TEST(Printed, StandsBehindALineUntilItPrintsAgain) {
+  const Dictionary dictionary{{"a", Value(1)}, {"b", Value(std::string(2'000, 'x'))}};
+  for (const std::size_t length : {0U, 1U, 15U, 16U, 17U, 32U, 33U, 200U}) {
+    const std::string before(length, '-');
+    EXPECT_EQ(printedBehind(before, dictionary), before + " " + printed(dictionary));
+  }
+}
+
 TEST(Printed, ShowsFloatingPointNumbersAsTheShortestTextThatReadsBackWithADecimal) {
   const std::pair<float, const char*> rows[] = {
       {0.0F, "0.0"},
