@@ -228,7 +228,7 @@ class DictionaryMaker {
                                                                  : Elements::create(like.keys())) {}
 
   [[gnu::always_inline]] void put(std::size_t place, const Value& value) {
-    if (value.isPlain()) [[likely]]
+    if (value.isPlain() && !_elements->has(place)) [[likely]]
       _elements->putPlain(place, value);
     else
       putAny(place, value);

@@ -76,7 +76,8 @@ TEST(Printed, StandsBehindALineUntilItPrintsAgain) {
   const Dictionary dictionary{{"a", Value(1)}, {"b", Value(std::string(2'000, 'x'))}};
   for (const std::size_t length : {0U, 1U, 15U, 16U, 17U, 32U, 33U, 200U}) {
     const std::string before(length, '-');
-    EXPECT_EQ(printedBehind(before, dictionary), before + " " + printed(dictionary));
+    const std::string expected = before + " " + printed(dictionary);
+    EXPECT_EQ(printedBehind(before, dictionary), expected);
   }
 }
 
