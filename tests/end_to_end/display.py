@@ -136,8 +136,8 @@ class Reader:
         return None
 
     def press(self, role, name):
-        """Does the press action of this node."""
-        action = self.node(role, name).queryAction()
+        """Does the press action of this node, once it is there."""
+        action = wait_for(lambda: self.node(role, name)).queryAction()
         names = [action.getName(i) for i in range(action.nActions)]
         action.doAction(names.index("Press"))
 
