@@ -267,6 +267,7 @@ class Printer {
   [[gnu::noinline]] void printWithOwnKeys(const Elements& dictionary) {
     char* at = put(room(1), "[");
     for (std::size_t place = 0; place < dictionary.size(); ++place) {
+      if (!dictionary.has(place)) continue;
       const std::string_view key = dictionary.keys()[place].text;
       _at = at;
       at = put(room(key.size()), key);
