@@ -2,6 +2,9 @@
 
 #include <fcntl.h>
 
+#include <algorithm>
+#include <ctime>
+
 #include "platform/bus/protocol.h"
 #include "platform/bus/values.h"
 
@@ -9,9 +12,7 @@ namespace quorin::bus {
 
 namespace {
 
-struct PendingCommand {
-  Session::Reply reply;
-};
+constexpr std::uint64_t kBetweenTries = 1'000'000;  // microseconds
 
 osmin::CommandResult resultOf(sd_bus_message* message) {
   if (const sd_bus_error* error = sd_bus_message_get_error(message))
@@ -30,53 +31,62 @@ bool Session::connect(std::string& reason) {
   if (_control && sd_bus_is_open(_control.get()) > 0) return true;
   _control = openBus(reason);
   if (!_control) return false;
-  sd_bus_slot* match = nullptr;
+  sd_bus_slot* ownerSlot = nullptr;
+  sd_bus_slot* endSlot = nullptr;
   const int result =
-      std::min(sd_bus_attach_event(_control.get(), _loop, SD_EVENT_PRIORITY_NORMAL),
-               sd_bus_match_signal_async(_control.get(), &match, "org.freedesktop.DBus",
-                                         "/org/freedesktop/DBus", "org.freedesktop.DBus",
-                                         "NameOwnerChanged", onOwnerChanged, nullptr, this));
-  _ownerMatch.reset(match);
+      std::min({sd_bus_attach_event(_control.get(), _loop, SD_EVENT_PRIORITY_NORMAL),
+                sd_bus_match_signal_async(_control.get(), &ownerSlot, "org.freedesktop.DBus",
+                                          "/org/freedesktop/DBus", "org.freedesktop.DBus",
+                                          "NameOwnerChanged", onOwnerChanged, nullptr, this),
+                sd_bus_match_signal_async(
+                    _control.get(), &endSlot, nullptr, "/org/freedesktop/DBus/Local",
+                    "org.freedesktop.DBus.Local", "Disconnected", onDisconnected, nullptr, this)});
+  _ownerMatch.reset(ownerSlot);
+  _endMatch.reset(endSlot);
   if (result >= 0) return true;
   reason = "the bus refuses to be listened to";
   return false;
 }
 
 void Session::perform(const std::string& command, const XpcRef& input, Reply reply) {
+  auto asked = std::make_unique<Command>(Command{*this, command, input, std::move(reply)});
   std::string reason;
-  if (!connect(reason)) return reply({osmin::kStatusNotCarriedOut, reason});
+  if (!connect(reason)) {
+    end(*asked, {osmin::kStatusNotCarriedOut, reason}, /*isRefused=*/false);
+    return tryAgainSoon();
+  }
   sd_bus_message* call = nullptr;
   int result =
       sd_bus_message_new_method_call(_control.get(), &call, kName, kPath, kInterface, kPerform);
   const Message owned(call);
   if (result >= 0) result = sd_bus_message_append(call, "s", command.c_str());
   if (result >= 0) result = appendDictionary(call, input.get());
-  auto remembering = [this, command, input,
-                      reply = std::move(reply)](const osmin::CommandResult& r) {
-    if (r.status == 0 && command == osmin::kCommandAddConfiguration) _configuration = input;
-    if (r.status == 0 && command == osmin::kCommandClearConfiguration) _configuration = {};
-    reply(r);
-  };
-  auto pending = std::make_unique<PendingCommand>(PendingCommand{std::move(remembering)});
   if (result >= 0)
-    result = sd_bus_call_async(_control.get(), nullptr, call, onReply, pending.get(),
+    result = sd_bus_call_async(_control.get(), nullptr, call, onReply, asked.get(),
                                kCommandMicroseconds);
   if (result >= 0)
-    (void)pending.release();  // the reply's callback owns it now
+    (void)asked.release();  // the reply's callback owns it now
   else
-    pending->reply({osmin::kStatusNotCarriedOut, "the command cannot be sent"});
+    end(*asked, {osmin::kStatusNotCarriedOut, "the command cannot be sent"}, /*isRefused=*/false);
 }
 
-int Session::onReply(sd_bus_message* message, void* pending, sd_bus_error* /*error*/) {
-  const std::unique_ptr<PendingCommand> command(static_cast<PendingCommand*>(pending));
-  command->reply(resultOf(message));
+int Session::onReply(sd_bus_message* message, void* command, sd_bus_error* /*error*/) {
+  const std::unique_ptr<Command> asked(static_cast<Command*>(command));
+  const osmin::CommandResult result = resultOf(message);
+  asked->session.end(*asked, result, result.status != 0 && !sd_bus_message_get_error(message));
   return 1;
+}
+
+void Session::end(const Command& command, const osmin::CommandResult& result, bool isRefused) {
+  if (!isRefused && command.name == osmin::kCommandAddConfiguration) _configuration = command.input;
+  if (!isRefused && command.name == osmin::kCommandClearConfiguration) _configuration = {};
+  command.reply(result);
 }
 
 void Session::eventsOn() {
   _wantsEvents = true;
   std::string reason;
-  if (!connect(reason)) return;
+  if (!connect(reason)) return tryAgainSoon();
   sd_bus_slot* call = nullptr;
   (void)sd_bus_call_method_async(_control.get(), &call, kName, kPath, kInterface, kEventsOn,
                                  onEventsReply, this, nullptr);
@@ -120,6 +130,24 @@ int Session::onOwnerChanged(sd_bus_message* message, void* session, sd_bus_error
   if (sd_bus_message_read(message, "sss", &name, &before, &after) < 0) return 0;
   if (std::string_view(name) != kName || std::string_view(after).empty()) return 0;
   self.configureAgain();
+  return 0;
+}
+
+// The connection itself is replaced later: its callbacks still run.
+int Session::onDisconnected(sd_bus_message* /*message*/, void* session, sd_bus_error* /*error*/) {
+  static_cast<Session*>(session)->tryAgainSoon();
+  return 0;
+}
+
+void Session::tryAgainSoon() {
+  sd_event_source* timer = nullptr;
+  (void)sd_event_add_time_relative(_loop, &timer, CLOCK_MONOTONIC, kBetweenTries, 0, onTryAgain,
+                                   this);
+  _trying.reset(timer);
+}
+
+int Session::onTryAgain(sd_event_source* /*source*/, std::uint64_t /*time*/, void* session) {
+  static_cast<Session*>(session)->configureAgain();
   return 0;
 }
 

@@ -10,8 +10,8 @@ namespace quorin::bus {
 
 /// One client's session with the service, on one event loop and its thread. Commands go over the
 /// bus; events come over a private connection, which is read on a queue, or without one on the
-/// loop. When the service comes back after it was gone, the session pushes the last accepted
-/// configuration again and switches events on, if they were.
+/// loop. When the service or the bus comes, or comes back, the session pushes the last
+/// configuration that the service did not refuse and switches events on, if they are wanted.
 class Session {
  public:
   using EventSink = EventStream::Sink;
@@ -36,20 +36,32 @@ class Session {
   [[nodiscard]] sd_bus* control() const { return _control.get(); }
 
  private:
-  static int onReply(sd_bus_message* message, void* pending, sd_bus_error* error);
+  struct Command {
+    Session& session;
+    std::string name;
+    XpcRef input;
+    Reply reply;
+  };
+  static int onReply(sd_bus_message* message, void* command, sd_bus_error* error);
   static int onEventsReply(sd_bus_message* message, void* session, sd_bus_error* error);
   static int onOwnerChanged(sd_bus_message* message, void* session, sd_bus_error* error);
+  static int onDisconnected(sd_bus_message* message, void* session, sd_bus_error* error);
+  static int onTryAgain(sd_event_source* source, std::uint64_t time, void* session);
 
+  void end(const Command& command, const osmin::CommandResult& result, bool isRefused);
   void configureAgain();
+  void tryAgainSoon();
 
   sd_event* _loop;
   EventSink _sink;
   dispatch_queue_t _queue;
-  XpcRef _configuration;  // the last that the service accepted
+  XpcRef _configuration;  // the last that the service did not refuse
   bool _wantsEvents = false;
   // Declared last: they go first, while what their callbacks reach still lives.
+  EventSource _trying;
   Connection _control;
   Slot _ownerMatch;
+  Slot _endMatch;
   Slot _eventsCall;
   std::shared_ptr<EventStream> _stream;
   dispatch_source_t _reading;

@@ -154,8 +154,15 @@ def a_bus_that_goes_ends_who_needs_it():
         recorder = bus.start([f"{BIN}/metricctl", "record", path], stderr=subprocess.PIPE)
         viewer = bus.start([f"{BIN}/quorin-terminal", "--seconds", "6.5", "--quiet", "--pages",
                             "LTE RRC State"], stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
-        wait_for(lambda: len([session for session in bus.status()["sessions"]
-                              if session["sent"] > 10]) == 2)
+        def served():
+            return [session for session in bus.status()["sessions"] if session["sent"] > 10]
+
+        def long_viewer():
+            return bus.start([f"{BIN}/quorin-terminal", "--quiet", "--seconds", "100", "--pages",
+                              "LTE RRC State"], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+
+        long_viewer()
+        wait_for(lambda: len(served()) == 3)
         daemon = bus.processes[0]
         daemon.kill()
         daemon.wait()
@@ -170,12 +177,26 @@ def a_bus_that_goes_ends_who_needs_it():
         alone = bus.run("metricctl", "status")
         check(f"who comes now is told: {alone}", alone.returncode == 2
               and alone.stderr.startswith(f"metricctl: {bus.address}: "))
+        long_viewer()
         os.remove(f"{bus.folder.name}/bus")
         bus.start(["dbus-daemon", f"--config-file={bus.folder.name}/bus.conf", "--nofork"])
         wait_for(lambda: listens_at(f"{bus.folder.name}/bus"))
-        bus.service(*REPLAY, "--speed", "max")
+        bus.service(*REPLAY, "--speed", "5", "--loop")
         check("and served when all is back",
               bus.run("metricctl", "watch", "--count", "20").returncode == 0)
+        check(f"as are a viewer that stayed and one that came before the bus: {bus.status()}",
+              wait_for(lambda: len(served()) == 2))
+
+
+def a_viewer_that_comes_before_the_service_is_served():
+    with PrivateBus(BIN) as bus:
+        viewer = bus.start([f"{BIN}/quorin-terminal", "--seconds", "100", "--pages",
+                            "LTE RRC State"], stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
+        while "listening for events" not in viewer.stderr.readline():
+            pass
+        bus.service(*REPLAY, "--speed", "5", "--loop")
+        check(f"it gets what it asked for: {bus.status()}", wait_for(
+            lambda: any(session["sent"] > 10 for session in bus.status()["sessions"])))
 
 
 def a_bus_that_is_full_says_so_and_keeps_its_clients():
@@ -336,7 +357,8 @@ def a_zone_that_changes_is_taken_up():
 run(a_disk_that_fills_keeps_what_was_recorded, an_output_that_is_full_is_told,
     recorders_killed_at_any_moment_leave_what_they_recorded,
     a_service_killed_at_any_moment_costs_no_line, a_replay_into_a_service_that_dies_is_told,
-    a_bus_that_goes_ends_who_needs_it, a_bus_that_is_full_says_so_and_keeps_its_clients,
+    a_bus_that_goes_ends_who_needs_it, a_viewer_that_comes_before_the_service_is_served,
+    a_bus_that_is_full_says_so_and_keeps_its_clients,
     a_home_that_cannot_be_written_changes_nothing, another_locale_changes_no_number,
     a_signal_while_the_name_is_taken_is_no_failure,
     a_clock_that_jumps_tears_nothing_apart, a_zone_that_changes_is_taken_up)
