@@ -40,10 +40,12 @@ class WorkRing {
       overflow.swap(_overflow);
       _overflows.store(false, std::memory_order_release);
     } else {
+      // The posters' end is looked at only where there is something: looking at it delays them.
+      if (!isNextThere()) return false;
       end = _tail.load(std::memory_order_acquire);
     }
     const bool any = _head != end || !overflow.empty();
-    while (_head != end) take()();
+    while (_head != end) runNext();
     for (Work& work : overflow) {
       work();
       work.reset();
@@ -51,10 +53,9 @@ class WorkRing {
     return any;
   }
 
-  /// The taking thread.
+  /// Whether there is nothing to run; what is being posted is not there yet. The taking thread.
   [[nodiscard]] bool empty() const {
-    return _head == _tail.load(std::memory_order_acquire) &&
-           !_overflows.load(std::memory_order_acquire);
+    return !isNextThere() && !_overflows.load(std::memory_order_acquire);
   }
 
  private:
@@ -82,15 +83,20 @@ class WorkRing {
     }
   }
 
-  /// The next piece; waits for the moment that a poster may still need to fill its place.
-  Work take() {
-    Place& place = _places[_head % kPlaces];
-    while (place.turn.load(std::memory_order_acquire) != _head + 1) {
+  [[nodiscard]] bool isNextThere() const {
+    return _places[_head % kPlaces].turn.load(std::memory_order_acquire) == _head + 1;
+  }
+
+  /// Runs the next piece where it stands; waits for the moment that a poster may still need to put
+  /// it there.
+  void runNext() {
+    const std::uint64_t position = _head++;
+    Place& place = _places[position % kPlaces];
+    while (place.turn.load(std::memory_order_acquire) != position + 1) {
     }
-    Work work = std::move(place.work);
-    place.turn.store(_head + kPlaces, std::memory_order_release);
-    ++_head;
-    return work;
+    place.work();
+    place.work.reset();
+    place.turn.store(position + kPlaces, std::memory_order_release);
   }
 
   std::unique_ptr<Place[]> _places;
