@@ -44,8 +44,8 @@ class WorkRing {
       if (!isNextThere()) return false;
       end = _tail.load(std::memory_order_acquire);
     }
-    const bool any = _head != end || !overflow.empty();
-    while (_head != end) runNext();
+    const bool any = _head < end || !overflow.empty();
+    while (_head < end) runNext();  // work may run the ring itself
     for (Work& work : overflow) {
       work();
       work.reset();

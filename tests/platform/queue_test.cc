@@ -187,6 +187,22 @@ TEST(MainQueue, RunsPendingWorkInOrderAndNotWhatThatPosts) {
   EXPECT_FALSE(queue.runPending());
 }
 
+TEST(MainQueue, RunsWhatIsLeftWhenItsOwnWorkAsks) {
+  MainQueue queue;
+  std::vector<int> order;
+  queue.post([&] { order.push_back(1); });
+  queue.post([&, kept = std::make_shared<int>(2)] {
+    queue.post([&] { order.push_back(4); });
+    EXPECT_TRUE(queue.runPending());
+    EXPECT_FALSE(queue.runPending());
+    order.push_back(*kept);
+  });
+  queue.post([&] { order.push_back(3); });
+  EXPECT_TRUE(queue.runPending());
+  EXPECT_THAT(order, ElementsAre(1, 3, 4, 2));
+  EXPECT_FALSE(queue.runPending());
+}
+
 TEST(MainQueue, KeepsTheOrderHoweverMuchIsPosted) {
   MainQueue queue;
   std::vector<int> order;
