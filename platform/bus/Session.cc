@@ -32,17 +32,17 @@ bool Session::connect(std::string& reason) {
   _control = openBus(reason);
   if (!_control) return false;
   sd_bus_slot* ownerSlot = nullptr;
-  sd_bus_slot* endSlot = nullptr;
+  sd_bus_slot* lossSlot = nullptr;
   const int result =
       std::min({sd_bus_attach_event(_control.get(), _loop, SD_EVENT_PRIORITY_NORMAL),
                 sd_bus_match_signal_async(_control.get(), &ownerSlot, "org.freedesktop.DBus",
                                           "/org/freedesktop/DBus", "org.freedesktop.DBus",
                                           "NameOwnerChanged", onOwnerChanged, nullptr, this),
                 sd_bus_match_signal_async(
-                    _control.get(), &endSlot, nullptr, "/org/freedesktop/DBus/Local",
+                    _control.get(), &lossSlot, nullptr, "/org/freedesktop/DBus/Local",
                     "org.freedesktop.DBus.Local", "Disconnected", onDisconnected, nullptr, this)});
   _ownerMatch.reset(ownerSlot);
-  _endMatch.reset(endSlot);
+  _lossMatch.reset(lossSlot);
   if (result >= 0) return true;
   reason = "the bus refuses to be listened to";
   return false;
@@ -52,7 +52,7 @@ void Session::perform(const std::string& command, const XpcRef& input, Reply rep
   auto asked = std::make_unique<Command>(Command{*this, command, input, std::move(reply)});
   std::string reason;
   if (!connect(reason)) {
-    end(*asked, {osmin::kStatusNotCarriedOut, reason}, /*isRefused=*/false);
+    conclude(*asked, {osmin::kStatusNotCarriedOut, reason}, /*isRefused=*/false);
     return tryAgainSoon();
   }
   sd_bus_message* call = nullptr;
@@ -67,17 +67,18 @@ void Session::perform(const std::string& command, const XpcRef& input, Reply rep
   if (result >= 0)
     (void)asked.release();  // the reply's callback owns it now
   else
-    end(*asked, {osmin::kStatusNotCarriedOut, "the command cannot be sent"}, /*isRefused=*/false);
+    conclude(*asked, {osmin::kStatusNotCarriedOut, "the command cannot be sent"},
+             /*isRefused=*/false);
 }
 
 int Session::onReply(sd_bus_message* message, void* command, sd_bus_error* /*error*/) {
   const std::unique_ptr<Command> asked(static_cast<Command*>(command));
   const osmin::CommandResult result = resultOf(message);
-  asked->session.end(*asked, result, result.status != 0 && !sd_bus_message_get_error(message));
+  asked->session.conclude(*asked, result, result.status != 0 && !sd_bus_message_get_error(message));
   return 1;
 }
 
-void Session::end(const Command& command, const osmin::CommandResult& result, bool isRefused) {
+void Session::conclude(const Command& command, const osmin::CommandResult& result, bool isRefused) {
   if (!isRefused && command.name == osmin::kCommandAddConfiguration) _configuration = command.input;
   if (!isRefused && command.name == osmin::kCommandClearConfiguration) _configuration = {};
   command.reply(result);

@@ -48,7 +48,8 @@ class Session {
   static int onDisconnected(sd_bus_message* message, void* session, sd_bus_error* error);
   static int onTryAgain(sd_event_source* source, std::uint64_t time, void* session);
 
-  void end(const Command& command, const osmin::CommandResult& result, bool isRefused);
+  /// Keeps what is to be pushed again, and replies.
+  void conclude(const Command& command, const osmin::CommandResult& result, bool isRefused);
   void configureAgain();
   void tryAgainSoon();
 
@@ -61,7 +62,7 @@ class Session {
   EventSource _trying;
   Connection _control;
   Slot _ownerMatch;
-  Slot _endMatch;
+  Slot _lossMatch;
   Slot _eventsCall;
   std::shared_ptr<EventStream> _stream;
   dispatch_source_t _reading;
