@@ -204,12 +204,11 @@ void jsonForm(benchmark::State& state) {
 // ---- ours
 
 void decodeStep(const Event& event) {
-  benchmark::DoNotOptimize(event.table->make()->initWithData(event.payload));
+  benchmark::DoNotOptimize(event.table->makeWithData(event.payload));
 }
 
 void dictionaryStep(const Event& event) {
-  const auto message = event.table->make();
-  benchmark::DoNotOptimize(message->initWithData(event.payload));
+  const auto message = event.table->makeWithData(event.payload);
   benchmark::DoNotOptimize(message->dictionaryRepresentation().size());
 }
 

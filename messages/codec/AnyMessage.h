@@ -8,14 +8,19 @@ namespace quorin {
 /// rows. A message belongs to one thread.
 class AnyMessage : public PBCodable {
  public:
-  [[nodiscard]] virtual const MessageTable& table() const = 0;
+  [[nodiscard]] const MessageTable& table() const { return _table; }
+
+  /// The same as an object's. A message whose fields were never touched holds nothing in them, and
+  /// ends without its class's destructor.
+  void release() const {
+    if (!dropReference()) return;
+    if (_fields != Fields::untouched) return delete this;
+    _read.~Dictionary();
+    giveMemory(const_cast<AnyMessage*>(this), _table.objectSize);
+  }
 
   /// The same as the base's, for less where the message is new and the payload usual.
-  [[nodiscard]] bool initWithData(const Ref<Data>& data) {
-    if (data && takeWhole(data->bytes())) return true;
-    PBDataReader reader(data.get());
-    return readFields(reader);
-  }
+  [[nodiscard]] bool initWithData(const Ref<Data>& data) { return initWith(_table.read, data); }
   /// Reads fields until the reader's end, adding to what the message holds. False when the bytes
   /// are malformed; what was read before stays.
   [[nodiscard]] bool readFrom(PBDataReader& reader) final;
@@ -46,6 +51,16 @@ class AnyMessage : public PBCodable {
   [[nodiscard]] Ref<AnyMessage> deepCopy() const;
 
  protected:
+  explicit AnyMessage(const MessageTable& table) : _table(table) {}
+
+  [[nodiscard]] [[gnu::always_inline]] bool initWith(decltype(MessageTable::read) read,
+                                                     const Ref<Data>& data) {
+    if (data && takeWhole(read, data->bytes())) [[likely]]
+      return true;
+    PBDataReader reader(data.get());
+    return readFields(reader);
+  }
+
   /// Through this is every field asked for: until then, what was read is kept as its dictionary.
   template <class T>
   T& unfolded(T& field) const {
@@ -59,11 +74,13 @@ class AnyMessage : public PBCodable {
  private:
   friend struct Field;
   void unfold() const {
-    if (!_unfolded) const_cast<AnyMessage*>(this)->unfoldRead();
+    if (_fields != Fields::made) const_cast<AnyMessage*>(this)->unfoldRead();
   }
   void unfoldRead();
   /// A new message takes what is usual as its dictionary. Requires: bytes of a `Data`.
-  bool takeWhole(Bytes bytes) { return !_unfolded && _read.empty() && table().read(bytes, _read); }
+  [[gnu::always_inline]] bool takeWhole(decltype(MessageTable::read) read, Bytes bytes) {
+    return _fields == Fields::untouched && _read.empty() && read(bytes, _read);
+  }
   /// Whatever else comes is read field by field.
   bool readFields(PBDataReader& reader);
   void take(const Field& field, const Value& value);
@@ -71,8 +88,9 @@ class AnyMessage : public PBCodable {
   Reading readOne(const MessageTable& rows, PBDataReader& reader);
   bool readField(const Field& field, std::uint8_t wireType, PBDataReader& reader);
 
-  bool _unfolded = false;
-  Dictionary _read;        // of a message that is not unfolded: all that it holds
+  const MessageTable& _table;
+  enum class Fields : std::uint8_t { untouched, begun, made } _fields = Fields::untouched;
+  Dictionary _read;        // until the fields are made: all that it holds
   std::uint64_t _has = 0;  // one bit per scalar field, by its number
 };
 
@@ -99,7 +117,11 @@ class Message : public AnyMessage {
  public:
   static constexpr KeyRule kKeyRule = KeyRule::cut;
 
-  [[nodiscard]] const MessageTable& table() const final { return kTable<M>; }
+  Message() : AnyMessage(kTable<M>) {}
+  /// The same, by the class's own reader.
+  [[nodiscard]] bool initWithData(const Ref<Data>& data) {
+    return initWith(Unrolled<M>::read, data);
+  }
   /// Copies every present field into `target`; objects are shared.
   void copyTo(M& target) const { copyFieldsTo(target); }
   /// A copy that shares no object with this message.

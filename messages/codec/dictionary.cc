@@ -17,8 +17,18 @@ Elements* unrolled::largerList(Block& block, const Elements* list) {
   return larger;
 }
 
+bool MessageTable::decode(Bytes bytes, Dictionary& result) const {
+  if (read(bytes, result)) [[likely]]
+    return true;
+  const auto message = make();
+  PBDataReader reader(bytes);
+  if (!message->readFrom(reader)) return false;
+  result = message->dictionaryRepresentation();
+  return true;
+}
+
 Dictionary AnyMessage::dictionaryRepresentation() const {
-  return _unfolded ? table().dictionary(*this) : _read;
+  return _fields == Fields::made ? _table.dictionary(*this) : _read;
 }
 
 std::string AnyMessage::description() const {

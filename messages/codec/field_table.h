@@ -86,7 +86,7 @@ struct Unrolled {
   static Dictionary dictionary(const AnyMessage& message);
   /// The dictionary of the message in the bytes. False, with nothing done and no line written,
   /// where they are not what a modem usually sends, fields that ascend by number: the exact reader
-  /// takes these. Requires: bytes of a `Data`.
+  /// takes these. Requires: zeros behind the bytes, as behind a `Data`.
   static bool read(Bytes bytes, Dictionary& result);
 };
 
@@ -96,9 +96,16 @@ struct MessageTable {
   std::span<const Field> fields;                       // ascending by number
   std::array<std::uint8_t, kFieldNumberLimit> rows{};  // field number -> row, or kNoRow
   KeyRule keyRule;
+  std::uint32_t objectSize;  // bytes
   Ref<AnyMessage> (*make)();
+  /// A message of the data, read at once; null where they make none.
+  Ref<AnyMessage> (*makeWithData)(const Ref<Data>& data);
   Dictionary (*dictionary)(const AnyMessage& message);
   bool (*read)(Bytes bytes, Dictionary& result);
+
+  /// The dictionary of a message's bytes, behind which zeros lie as behind a `Data`. False: they
+  /// make none.
+  [[nodiscard]] bool decode(Bytes bytes, Dictionary& result) const;
 
   /// The field of this number, or null.
   [[nodiscard]] const Field* find(std::uint64_t number) const {
@@ -150,7 +157,13 @@ inline constexpr MessageTable kTable = [] {
                      kFields<M>,
                      {},
                      M::kKeyRule,
+                     sizeof(M),
                      [] { return Ref<AnyMessage>(make<M>()); },
+                     [](const Ref<Data>& data) {
+                       auto message = make<M>();
+                       return message->initWithData(data) ? Ref<AnyMessage>(std::move(message))
+                                                          : nullptr;
+                     },
                      Unrolled<M>::dictionary,
                      Unrolled<M>::read};
   table.rows.fill(kNoRow);

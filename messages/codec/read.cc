@@ -44,7 +44,7 @@ void logUnknownTag(std::uint16_t tag, std::uint32_t value) {
 
 bool AnyMessage::readFrom(PBDataReader& reader) {
   if (reader._padded && !reader._error && reader._pos < reader._length &&
-      takeWhole({reader._bytes + reader._pos, reader._bytes + reader._length})) {
+      takeWhole(_table.read, {reader._bytes + reader._pos, reader._bytes + reader._length})) {
     reader._pos = reader._length;
     return true;
   }

@@ -27,12 +27,12 @@ void takeNumbers(Numbers& numbers, const List& list) {
 
 void AnyMessage::unfoldRead() {
   const MessageTable& rows = table();
-  _unfolded = true;
+  _fields = Fields::made;
   try {
     for (const auto& [key, value] : _read)
       take(*std::ranges::find(rows.fields, key.text, &Field::key), value);
   } catch (...) {
-    _unfolded = false;
+    _fields = Fields::begun;
     throw;
   }
   _read = Dictionary();

@@ -22,6 +22,10 @@ using Bytes = std::span<const std::uint8_t>;
 /// How many bytes behind a `Data`'s last one may be read.
 inline constexpr std::size_t kReadableBehind = 16;
 
+/// No bytes, behind which zeros lie.
+inline constexpr std::uint8_t kZeros[kReadableBehind]{};
+inline constexpr Bytes kNoBytes(kZeros, 0);
+
 /// Copies in steps of `kReadableBehind`. Requires: as many bytes may be read and written behind the
 /// last.
 [[gnu::always_inline]] inline void copyInSteps(std::uint8_t* to, Bytes bytes) {

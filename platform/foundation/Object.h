@@ -28,13 +28,17 @@ class Object {
 
   void retain() const { ++_references; }
   void release() const {
-    if (--_references == 0) delete this;
+    if (dropReference()) delete this;
   }
   [[nodiscard]] std::uint32_t references() const { return _references; }
 
   static void* operator new(std::size_t size) { return takeMemory(size); }
   static void* operator new(std::size_t /*size*/, void* memory) { return memory; }
   static void operator delete(void* memory, std::size_t size) { giveMemory(memory, size); }
+
+ protected:
+  /// Whether that was the last one.
+  [[nodiscard]] bool dropReference() const { return --_references == 0; }
 
  private:
   friend class Part;

@@ -45,9 +45,9 @@ std::optional<RedactedLine> Redactor::redacted(RecordingLine line, std::string& 
   RedactedLine result{std::move(line), row->table->name, {}};
   if (!result.line.payload) return result;
   const auto payload = bytesFromHex(*result.line.payload);
-  const auto message = row->table->make();
   const QuietLog quiet;
-  if (!payload || !message->initWithData(make<Data>(*payload)))
+  const auto message = payload ? row->table->makeWithData(make<Data>(*payload)) : nullptr;
+  if (!message)
     return reason = std::string(row->table->name) + ": the payload is malformed", std::nullopt;
   result.replaced = redactMessage(*message, _standIns);
   result.line.payload = hexOf(*message);
