@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "messages/codec/AnyMessage.h"
+#include "messages/codec/usual_ranges.h"
 #include "metrics/registry/KBBMetricUtility.h"
 
 namespace quorin {
@@ -47,12 +48,9 @@ struct Varint {
   return word >> 32 << 28 | static_cast<std::uint32_t>(word);
 }
 
-/// Requires: three bytes at least.
 [[gnu::noinline]] inline Varint longVarint(Position at) {
   std::uint64_t word = 0;
   std::memcpy(&word, at, sizeof word);
-  if ((word & 0x800000) == 0)  // three bytes, as channel numbers have
-    return {(word & 0x7f) | (word >> 1 & 0x3f80) | (word >> 2 & 0x1fc000), at + 3};
   const std::uint64_t ends = ~word & 0x8080808080808080;
   if (ends == 0) return {0, nullptr};
   word &= ends ^ (ends - 1);  // up to the first byte that announces no other
@@ -72,13 +70,7 @@ struct Varint {
   value = *at;
   if (value < 0x80) [[likely]]
     return ++at, true;
-  at = anew(at);
-  value = *at;
-  if (const std::uint64_t second = at[1]; second < 0x80) {
-    value = (value & 0x7f) | second << 7;
-    return at += 2, true;
-  }
-  const Varint read = longVarint(at);
+  const Varint read = longVarint(anew(at));
   value = read.value;
   at = read.behind;
   return at != nullptr;
@@ -88,21 +80,48 @@ struct Varint {
 [[gnu::noinline]] inline Varint timeVarint(Position at) {
   std::uint64_t word = 0;
   std::memcpy(&word, at, sizeof word);
-  if ((word & 0x808080808080) != 0x008080808080) [[unlikely]] {
-    std::uint64_t value = 0;
-    const bool isRead = readVarint(at, value);
-    return {value, isRead ? at : nullptr};
-  }
+  if ((word & 0x808080808080) != 0x008080808080) [[unlikely]]
+    return longVarint(at);
   return {fromGroups(word & 0x7f7f7f7f7f7f), at + 6};
 }
 
-template <Kind kind>
+/// A varint that usually takes so many bytes or one less: no branch that would have to guess which.
+template <unsigned bytes>
+[[gnu::always_inline]] inline bool readVarintOf(Position& at, std::uint64_t& value) {
+  static_assert(bytes == 2 || bytes == 3);
+  constexpr unsigned kLast = 7 * (bytes - 1);                // the first bit of the last group
+  constexpr std::uint32_t kMore = 0x80u << 8 * (bytes - 1);  // announces a byte too many
+  constexpr std::uint32_t kSure = bytes == 3 ? 0x80 : 0;     // announces one that is surely there
+  std::conditional_t<bytes == 2, std::uint16_t, std::uint32_t> loaded = 0;
+  std::memcpy(&loaded, at, sizeof loaded);
+  const std::uint32_t word = loaded;
+  if ((word & (kMore | kSure)) == kSure) [[likely]] {
+    const std::uint32_t longer = word >> (8 * (bytes - 1) - 1) & 1;
+    value = (word & 0x7f) | (word >> (bytes - 1) & 0x7f << kLast) * longer;
+    if constexpr (bytes == 3) value |= word >> 1 & 0x3f80;
+    at += longer + bytes - 1;
+    return true;
+  }
+  at = anew(at);
+  return readVarint(at, value);
+}
+
+/// How many bytes the number of this field takes, as its largest usual one does.
+template <class M, std::size_t row>
+inline constexpr unsigned kUsualBytes = usualBytes(M::kName, kField<M, row>);
+
+template <class M, std::size_t row>
 [[gnu::always_inline]] inline bool readScalar(Position& at, std::uint64_t& value) {
-  if constexpr (kind != Kind::uint64) return readVarint(at, value);
-  const Varint read = timeVarint(at);
-  value = read.value;
-  at = read.behind;
-  return at != nullptr;
+  if constexpr (kField<M, row>.kind == Kind::uint64) {
+    const Varint read = timeVarint(at);
+    value = read.value;
+    at = read.behind;
+    return at != nullptr;
+  } else if constexpr (constexpr unsigned bytes = kUsualBytes<M, row>; bytes > 1) {
+    return readVarintOf<bytes>(at, value);
+  } else {
+    return readVarint(at, value);
+  }
 }
 
 /// The class of a nested message.
@@ -384,7 +403,7 @@ template <class M, std::size_t row>
       return at = anew(at), slots.leaveOut(row), true;
     std::uint64_t value = 0;
     at += kKeySize<M, row>;
-    if (!readScalar<field.kind>(at, value)) return false;
+    if (!readScalar<M, row>(at, value)) return false;
     if constexpr (isRegistered<M>(field))
       return slots.leaveOut(row), slots.registered = static_cast<std::uint32_t>(value), true;
     else

@@ -1,6 +1,7 @@
 #include <map>
 
 #include "messages/catalogue.h"
+#include "messages/codec/usual_ranges.h"
 #include "messages/lte/KCellularLteRrcState.h"
 #include "metrics/registry/metric_ids.h"
 #include "tests/support/rig.h"
@@ -73,6 +74,28 @@ TEST(Catalogue, OnlyTheSecondaryCellClassesKeepWholeFieldNumbers) {
     if (row.table->keyRule == KeyRule::whole) whole.push_back(row.table->name);
   EXPECT_THAT(whole, ::testing::UnorderedElementsAre("SccRxMeasurement",
                                                      "KCellularLteSecondaryCellMeasurements"));
+}
+
+TEST(UsualRanges, AreOfNumbersThatTakeTwoBytesOrThree) {
+  for (const UsualRange& range : kUsualRanges) {
+    std::size_t fields = 0;
+    for (const CatalogueRow& row : catalogue()) {
+      for (const Field& field : row.table->fields) {
+        if (usualRange(row.table->name, field) != &range) continue;
+        ++fields;
+        PBDataWriter writer;
+        if (field.kind == Kind::sint32)
+          PBDataWriterWriteSint32Field(writer, static_cast<std::int32_t>(range.lowest), kPBNoKey);
+        else
+          PBDataWriterWriteUint32Field(writer, static_cast<std::uint32_t>(range.highest), kPBNoKey);
+        const std::size_t bytes = writer.bytes().size();
+        EXPECT_TRUE(bytes == 2 || bytes == 3) << row.table->name << " " << field.key;
+        EXPECT_EQ(usualBytes(row.table->name, field), bytes) << row.table->name << " " << field.key;
+      }
+    }
+    EXPECT_GE(fields, 1U) << range.key;
+    EXPECT_LT(range.lowest, range.highest) << range.key;
+  }
 }
 
 TEST(EnumTables, HoldExactlyTheNamesOfTheTable) {
