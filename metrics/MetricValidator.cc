@@ -1,6 +1,7 @@
 #include "metrics/MetricValidator.h"
 
 #include <algorithm>
+#include <typeinfo>
 
 #include "metrics/conversions.h"
 #include "metrics/metric_cases.h"
@@ -28,7 +29,7 @@ void MetricValidator::init() {
 
 void MetricValidator::metricsDidUpdate(const EventRecord* metric) {
   if (!metric) fatal();
-  const bool isValid = handleMetric(metric->dictionary());
+  const bool isValid = handleRecord(*metric);
   if (!isPrintingOn()) return;
   if (isValid) printLine("Received Valid Metric");
   flushPrintedLines();
@@ -52,21 +53,32 @@ void MetricValidator::keep(const MetricCase& row, Dictionary&& store) {
   refreshRecords(*this, row);
 }
 
+// The dictionary of an event is made only for a handler that might look at it.
+bool MetricValidator::handleRecord(const EventRecord& event) {
+  if (typeid(*this) == typeid(MetricValidator)) [[likely]]
+    if (const auto metric = event.metric()) return handle(metric->id, metric->payload);
+  return handleMetric(event.dictionary());
+}
+
 bool MetricValidator::handleMetric(const Dictionary& metric) {
   const Value* entry = metric.find(_metricIDKey);
   const auto id = entry ? entry->integer() : std::nullopt;
   if (!id) fatal();
+  const Value* payload = metric.find(_payloadKey, 1);
+  const bool bytes = payload && payload->kind() == Value::Kind::data;
+  return handle(*id, bytes ? payload->bytes() : kNoBytes);
+}
+
+bool MetricValidator::handle(std::int64_t id, Bytes payload) {
   _metricID = id;
-  const MetricCase* row = metricCase(*id);
-  if (isPrintingOn()) printLine(row ? row->idLine.text() : IDLine(*id).text());
+  const MetricCase* row = metricCase(id);
+  if (isPrintingOn()) printLine(row ? row->idLine.text() : IDLine(id).text());
   if (!row) {
     printLine("I dont care for this Metric");
     return false;
   }
-  const Value* payload = metric.find(_payloadKey, 1);
-  const bool bytes = payload && payload->kind() == Value::Kind::data;
   Dictionary store;
-  if (!row->decode(bytes ? payload : nullptr, store)) fatal();
+  if (!row->message->decode(payload, store)) fatal();
   keep(*row, std::move(store));
   return true;
 }

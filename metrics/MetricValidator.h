@@ -146,6 +146,9 @@ class MetricValidator : public OsminWrapperDelegate,
   virtual bool handleMetric(const Dictionary& metric);
 
  private:
+  [[gnu::always_inline]] inline bool handleRecord(const EventRecord& event);
+  /// The same as the handler. Requires: zeros behind the payload, as behind a `Data`.
+  [[gnu::always_inline]] inline bool handle(std::int64_t id, Bytes payload);
   /// The store step, common to all cases: replaces the store whole and rebuilds what comes from it.
   [[gnu::always_inline]] inline void keep(const struct MetricCase& row, Dictionary&& store);
 

@@ -5,6 +5,7 @@
 #include <bit>
 #include <span>
 
+#include "messages/codec/field_table.h"
 #include "metrics/MetricValidator.h"
 
 namespace quorin {
@@ -48,9 +49,7 @@ class IDLine {
 /// One handled metric.
 struct MetricCase {
   std::int64_t id;
-  /// Gives the dictionary of the payload, a `Data`'s bytes, or of none. False: the class refuses
-  /// it.
-  bool (*decode)(const Value* payload, Dictionary& store);
+  const MessageTable* message;  // of the payload
   MetricValidator::Store get;
   void (MetricValidator::*set)(Dictionary&&);
   std::string_view logText;

@@ -51,7 +51,7 @@ bool isFatal(const Dictionary& event) {
   const Value* payload = event.find(osmin::kKeyPayload);
   const bool hasBytes = payload && payload->kind() == Value::Kind::data;
   Dictionary store;
-  return row && !row->decode(hasBytes ? payload : nullptr, store);
+  return row && !row->message->decode(hasBytes ? payload->bytes() : kNoBytes, store);
 }
 
 /// Stands between the wrapper and the store, and gives the record's last reference back, which the

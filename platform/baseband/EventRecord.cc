@@ -11,8 +11,9 @@ namespace quorin {
 
 namespace {
 
-// An entry is packed as key, type and content. A known key is one byte, its row; another is 0xff,
-// its length and its text. Texts and bytes carry a length of four bytes.
+// A metric's content is its two numbers, and then the payload with zeros behind it. Any other
+// event's entries are packed as key, type and content. A known key is one byte, its row; another is
+// 0xff, its length and its text. Texts and bytes carry a length of four bytes.
 constexpr Literal kKnownKeys[] = {
     kKey<osmin::kKeyMetricID>,  kKey<osmin::kKeyPayload>,     kKey<osmin::kKeyProfileID>,
     kKey<osmin::kKeyTriggerID>, kKey<osmin::kKeyTriggerRef>,  kKey<osmin::kKeyTriggerType>,
@@ -22,7 +23,6 @@ constexpr std::uint8_t kOtherKey = 0xff;
 
 // What the service sends with a metric, under the first of them.
 constexpr xpc_type_t kMetricTypes[] = {xpc_type_t::int64, xpc_type_t::data, xpc_type_t::int64};
-constexpr std::size_t kPayload = 1;  // the only bytes
 
 class Packer {
  public:
@@ -81,49 +81,26 @@ class Packer {
   std::vector<std::uint8_t>& _out;
 };
 
-/// Goes behind an entry of a metric event, and puts it if it is a number. False: another one stands
-/// there, or none.
-template <std::size_t row>
-[[gnu::always_inline]] inline bool readEntry(Value* place, const std::uint8_t*& at,
-                                             const std::uint8_t* end, Bytes& content) {
-  if (at == end || at[0] != row || at[1] != static_cast<std::uint8_t>(kMetricTypes[row]))
-    return false;
-  at += 2;
-  if constexpr (kMetricTypes[row] == xpc_type_t::data) {
-    std::uint32_t length = 0;
-    std::memcpy(&length, at, sizeof length);
-    content = {at + sizeof length, length};
-    at += sizeof length + length;
-  } else {
-    std::int64_t number = 0;
-    std::memcpy(&number, at, sizeof number);
-    new (place) Value(number);
-    at += sizeof number;
-  }
-  return true;
-}
-
-/// The entries of a metric event, and no others: in the block.
-template <std::size_t... rows>
-bool readMetric(Block& block, Bytes packed, std::index_sequence<rows...>) {
-  constexpr Keys kKeys{kKnownKeys, sizeof...(rows)};
-  constexpr std::uint64_t kPresent = (std::uint64_t{1} << sizeof...(rows)) - 1;
-  void* memory = block.take(Elements::bytes(sizeof...(rows)));
-  Value* values = Elements::firstIn(memory);
-  const std::uint8_t* at = packed.data();
-  const std::uint8_t* const end = at + packed.size();
-  Bytes content;
-  if (!(readEntry<rows>(values + rows, at, end, content) && ...) || at != end) return false;
-  new (memory) Elements(block, kKeys, kPresent, Places::of(std::uint64_t{1} << kPayload));
-  new (values + kPayload) Value(Value::inside(Data::createIn(block, content)));
-  return true;
+/// The entries of an event that has these and no others, in this order; empty for any other.
+std::optional<EventRecord::Metric> metricEntries(xpc_object_t event) {
+  std::vector<xpc_object_t> values;
+  xpc_dictionary_apply(event, [&](const std::string& name, xpc_object_t object) {
+    const std::size_t row = values.size();
+    const bool is = row < std::size(kMetricTypes) && name == kKnownKeys[row].text &&
+                    xpc_get_type(object) == kMetricTypes[row];
+    values.push_back(is ? object : nullptr);
+  });
+  if (values.size() != std::size(kMetricTypes) || std::ranges::count(values, nullptr) != 0)
+    return std::nullopt;
+  return EventRecord::Metric{xpc_int64_get_value(values[0]), xpc_data_get_bytes(values[1]),
+                             xpc_int64_get_value(values[2])};
 }
 
 class Unpacker {
  public:
   explicit Unpacker(Bytes packed) : _at(packed.data()), _end(packed.data() + packed.size()) {}
 
-  [[gnu::noinline]] Dictionary dictionary() {
+  Dictionary dictionary() {
     Dictionary entries;
     while (_at != _end) {
       const auto row = plain<std::uint8_t>();
@@ -174,11 +151,20 @@ class Unpacker {
 
 const EventRecord* _CFXPCCreateCFObjectFromXPCObject(xpc_object_t event) {
   if (!event || xpc_get_type(event) != xpc_type_t::dictionary) return nullptr;
-  std::vector<std::uint8_t> packed;
-  Packer(packed).entries(event);
-  auto* memory = static_cast<std::uint8_t*>(::operator new(sizeof(EventRecord) + packed.size()));
-  std::ranges::copy(packed, memory + sizeof(EventRecord));
-  return new (memory) EventRecord(static_cast<std::uint32_t>(packed.size()));
+  std::vector<std::uint8_t> content;
+  Packer packer(content);
+  const auto metric = metricEntries(event);
+  if (metric) {
+    packer.plain(metric->id);
+    packer.plain(metric->profileID);
+    content.insert(content.end(), metric->payload.begin(), metric->payload.end());
+    content.resize(content.size() + kReadableBehind);
+  } else {
+    packer.entries(event);
+  }
+  auto* memory = static_cast<std::uint8_t*>(::operator new(sizeof(EventRecord) + content.size()));
+  std::ranges::copy(content, memory + sizeof(EventRecord));
+  return new (memory) EventRecord(content.size(), metric.has_value());
 }
 
 void EventRecord::release() const {
@@ -188,11 +174,13 @@ void EventRecord::release() const {
 }
 
 Dictionary EventRecord::dictionary() const {
-  constexpr std::size_t kCount = std::size(kMetricTypes);
-  Block block(Elements::bytes(kCount) + Data::mostIn(_length));
-  if (readMetric(block, packed(), std::make_index_sequence<kCount>{})) [[likely]]
-    return Dictionary(block);
-  return Unpacker(packed()).dictionary();
+  const auto metric = this->metric();
+  if (!metric) return Unpacker(content()).dictionary();
+  DictionaryMaker entries(Keys{kKnownKeys, std::size(kMetricTypes)});
+  entries.put(0, Value(metric->id));
+  entries.put(1, Value(make<Data>(metric->payload)));
+  entries.put(2, Value(metric->profileID));
+  return entries.made();
 }
 
 }  // namespace quorin

@@ -2,6 +2,8 @@
 
 #include <atomic>
 #include <cstdint>
+#include <cstring>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -22,6 +24,21 @@ class EventRecord {
   void release() const;
   [[nodiscard]] std::uint32_t references() const { return _references.load(); }
 
+  /// What the service sends with a metric. Zeros lie behind the payload, as behind a `Data`.
+  struct Metric {
+    std::int64_t id;
+    Bytes payload;
+    std::int64_t profileID;
+  };
+  /// Of an event that has these entries and no others, as long as the record; empty for any other.
+  [[nodiscard]] std::optional<Metric> metric() const {
+    if (!_isMetric) return std::nullopt;
+    std::int64_t numbers[2];
+    std::memcpy(numbers, this + 1, sizeof numbers);
+    const Bytes payload = content().subspan(sizeof numbers);
+    return Metric{numbers[0], payload.first(payload.size() - kReadableBehind), numbers[1]};
+  }
+
   /// The entries as the program's own dictionary, in their order.
   [[nodiscard]] Dictionary dictionary() const;
 
@@ -31,14 +48,16 @@ class EventRecord {
  private:
   friend const EventRecord* _CFXPCCreateCFObjectFromXPCObject(xpc_object_t event);
 
-  explicit EventRecord(std::uint32_t length) : _length(length) {}
+  EventRecord(std::size_t length, bool isMetric)
+      : _length(static_cast<std::uint32_t>(length) & 0x7fffffff), _isMetric(isMetric) {}
   ~EventRecord() = default;
-  [[nodiscard]] Bytes packed() const {
+  [[nodiscard]] Bytes content() const {
     return {reinterpret_cast<const std::uint8_t*>(this + 1), _length};
   }
 
   mutable std::atomic<std::uint32_t> _references{1};
-  std::uint32_t _length;  // of the packed entries behind the record
+  std::uint32_t _length : 31;  // of the content, which lies behind the record
+  std::uint32_t _isMetric : 1;
 };
 
 /// The event as a record with one reference, which the caller owns; null when it is no dictionary.

@@ -127,8 +127,7 @@ TEST(SimulatedHour, StampsEveryMetricWithItsTimeInAscendingOrder) {
     EXPECT_GE(metric.t, last);
     last = metric.t;
     Dictionary store;
-    const Value payload(metric.payload);
-    ASSERT_TRUE(metricCase(metric.id)->decode(&payload, store));
+    ASSERT_TRUE(metricCase(metric.id)->message->decode(metric.payload->bytes(), store));
     const Value* stamp = store.find("timestamp");
     ASSERT_TRUE(stamp);
     EXPECT_EQ(printed(*stamp), std::to_string(kDriveStart + metric.t));

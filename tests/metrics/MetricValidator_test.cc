@@ -395,11 +395,12 @@ TEST(MetricValidator, UsesTheHandlerOfASubclass) {
   service.deliver(osmin::kEventMetric, metricEvent(1, std::nullopt));
   EXPECT_THAT(log.printedLines(), ElementsAre("Received Valid Metric"));
   own->answer = false;
-  service.deliver(osmin::kEventMetric, metricEvent(2, std::nullopt));
+  service.deliver(osmin::kEventMetric, metricEvent(2, "0a ff"));
   EXPECT_THAT(log.printedLines(), IsEmpty());
   EXPECT_FALSE(own->isMetricIDValidWithMetricdict({{"any", Value(3)}}));
-  EXPECT_THAT(own->handled, ElementsAre("[kKeyMetricID: 1, kKeyProfileID: 0]",
-                                        "[kKeyMetricID: 2, kKeyProfileID: 0]", "[any: 3]"));
+  EXPECT_THAT(own->handled,
+              ElementsAre("[kKeyMetricID: 1, kKeyProfileID: 0]",
+                          "[kKeyMetricID: 2, kKeyPayload: <0aff>, kKeyProfileID: 0]", "[any: 3]"));
 }
 
 TEST(MetricValidator, ReadsItsMetricIdOfAnyIntegerWidth) {

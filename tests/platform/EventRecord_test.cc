@@ -63,6 +63,46 @@ TEST(EventRecord, OutlivesItsEvent) {
             "[kKeyMetricID: 5, kKeyPayload: <0102>, kKeyProfileID: 0]");
 }
 
+TEST(EventRecord, GivesWhatTheServiceSendsWithAMetricAndZerosBehindThePayload) {
+  const Converted record(metricEvent(-5, "01 02").get());
+  const auto metric = record->metric();
+  ASSERT_TRUE(metric);
+  EXPECT_EQ(metric->id, -5);
+  EXPECT_EQ(hexText(metric->payload), "0102");
+  EXPECT_EQ(metric->profileID, 0);
+  EXPECT_EQ(hexText({metric->payload.data() + 2, kReadableBehind}),
+            std::string(2 * kReadableBehind, '0'));
+}
+
+TEST(EventRecord, GivesNoMetricOfAnEventWithOtherEntries) {
+  using Entries = std::vector<std::pair<const char*, XpcRef>>;
+  const auto number = [] { return XpcRef(xpc_int64_create(1)); };
+  const auto bytes = [] { return XpcRef(xpc_data_create("a", 1)); };
+  const auto text = [] { return XpcRef(xpc_string_create("a")); };
+  const Entries events[] = {
+      {},
+      {{"kKeyMetricID", number()}, {"kKeyPayload", bytes()}},
+      {{"kKeyMetricID", number()}, {"kKeyProfileID", number()}},
+      {{"kKeyPayload", bytes()}, {"kKeyMetricID", number()}, {"kKeyProfileID", number()}},
+      {{"kKeyMetricID", text()}, {"kKeyPayload", bytes()}, {"kKeyProfileID", number()}},
+      {{"kKeyMetricID", number()}, {"kKeyPayload", text()}, {"kKeyProfileID", number()}},
+      {{"kKeyMetricID", number()}, {"kKeyPayload", bytes()}, {"kKeyProfileID", text()}},
+      {{"kKeyMetricID", number()}, {"kKeyPayload", bytes()}, {"kKeyTriggerID", number()}},
+      {{"kKeyMetricID", number()},
+       {"kKeyPayload", bytes()},
+       {"kKeyProfileID", number()},
+       {"kKeyTriggerID", number()}},
+  };
+  for (const Entries& entries : events) {
+    const XpcRef event(xpc_dictionary_create(nullptr, nullptr, 0));
+    for (const auto& [key, value] : entries)
+      xpc_dictionary_set_value(event.get(), key, value.get());
+    const Converted record(event.get());
+    EXPECT_FALSE(record->metric()) << printed(record->dictionary());
+    EXPECT_EQ(record->dictionary().size(), entries.size());
+  }
+}
+
 TEST(EventRecord, IsEmptyForAnEventWithoutEntries) {
   const Converted record(XpcRef(xpc_dictionary_create(nullptr, nullptr, 0)).get());
   ASSERT_TRUE(record);
