@@ -7,13 +7,15 @@ Ref<Elements> Elements::copy(std::size_t more) const {
   std::memcpy(static_cast<void*>(made->first()), first(), _size * sizeof(Value));
   made->_size = _size;
   made->_keys = _keys;
-  made->_ownKeys = _ownKeys;
-  if (_ownKeys) _ownKeys->retain();
+  if (hasOwnKeys()) {
+    made->_whole.ownKeys = _whole.ownKeys;
+    _whole.ownKeys->retain();
+  }
   made->_present = _present;
-  made->_holders = made->_counting = _holders;
+  made->_holders = made->_whole.counting = _holders;
   // The bytes of a value are its copy once what it holds counts one more.
   _holders.each(_size, [this](std::size_t place) { first()[place].retain(); });
-  made->_marked = _marked;
+  made->_whole.marked = isMarked() ? 1 : 0;
   return made;
 }
 
@@ -67,7 +69,7 @@ Elements& Elements::made(Ref<Elements>& elements, std::size_t more) {
 }
 
 Elements& Elements::ownWithKeys(Ref<Elements>& elements, bool plain) {
-  const bool loose = elements && elements->_ownKeys;
+  const bool loose = elements && elements->hasOwnKeys();
   Ref<OwnKeys> keys;
   if (!loose) {
     const std::size_t count = elements ? elements->count() : 0;
@@ -80,25 +82,25 @@ Elements& Elements::ownWithKeys(Ref<Elements>& elements, bool plain) {
       keys->all.push_back(elements->_keys[place]);
       values->append(Value(value), value.isPlain());
     }
-    if (elements) values->_marked = elements->_marked;
+    if (elements) values->_whole.marked = elements->isMarked() ? 1 : 0;
     elements = std::move(values);
   } else {
     own(elements, 1, plain);
-    if (elements->_ownKeys->references() == 1) return *elements;
+    if (elements->_whole.ownKeys->references() == 1) return *elements;
     keys = make<OwnKeys>();
-    keys->all = elements->_ownKeys->all;
-    keys->texts = elements->_ownKeys->texts;
-    elements->_ownKeys->release();
+    keys->all = elements->_whole.ownKeys->all;
+    keys->texts = elements->_whole.ownKeys->texts;
+    elements->_whole.ownKeys->release();
   }
   elements->_keys = keys->all.data();
-  elements->_ownKeys = keys.take();
+  elements->_whole.ownKeys = keys.take();
   return *elements;
 }
 
 void Elements::append(Literal key, Ref<String> text, Value&& value, bool plain) {
-  if (text) _ownKeys->texts.push_back(std::move(text));
-  _ownKeys->all.push_back(key);
-  _keys = _ownKeys->all.data();
+  if (text) _whole.ownKeys->texts.push_back(std::move(text));
+  _whole.ownKeys->all.push_back(key);
+  _keys = _whole.ownKeys->all.data();
   append(std::move(value), plain);
 }
 

@@ -98,18 +98,18 @@ class Elements final : public Part {
   /// What lies first in the block, with the block's memory. Requires: it is one of these.
   [[nodiscard]] static Ref<Elements> whole(Block& block) {
     const auto memory = static_cast<std::uint32_t>(block.size());
-    Ref<Elements> made(static_cast<Elements*>(block.handOver()));
-    made->_memory = memory;
-    return made;
+    auto* made = static_cast<Elements*>(block.handOver());
+    new (&made->_whole) Whole{{}, nullptr, memory, 0};
+    return Ref<Elements>(made);
   }
   [[nodiscard]] static constexpr std::size_t bytes(std::size_t capacity) {
     return sizeof(Elements) + capacity * sizeof(Value);
   }
   static void operator delete(Elements* elements, std::destroying_delete_t) {
-    if (!elements->_counting.none()) elements->endCounting();
-    if (elements->_ownKeys) [[unlikely]]
-      elements->_ownKeys->release();
-    giveMemory(elements, elements->_memory);
+    if (!elements->_whole.counting.none()) elements->endCounting();
+    if (elements->_whole.ownKeys) [[unlikely]]
+      elements->_whole.ownKeys->release();
+    giveMemory(elements, elements->_whole.memory);
   }
 
   /// The first place. Requires: `setPresent`, or `endAt`, once the values are made.
@@ -119,11 +119,11 @@ class Elements final : public Part {
   }
   [[nodiscard]] const Value* first() const { return reinterpret_cast<const Value*>(this + 1); }
   /// Says at which places of its kind's there are values, which of them hold what lies in the same
-  /// memory, and which what lies elsewhere.
+  /// memory, and which what lies elsewhere. Requires: whole.
   void setPresent(std::uint64_t present, Places inside, Places counting) {
     _present = present;
     _holders = inside | counting;
-    _counting = counting;
+    _whole.counting = counting;
   }
   /// Says that so many values were made, each of which holds what lies in the same memory.
   void setInside(std::size_t size) {
@@ -163,7 +163,7 @@ class Elements final : public Part {
   }
   /// A dictionary's, one a place.
   [[nodiscard]] const Literal* keys() const { return _keys; }
-  [[nodiscard]] bool hasOwnKeys() const { return _ownKeys != nullptr; }
+  [[nodiscard]] bool hasOwnKeys() const { return isWhole() && _whole.ownKeys; }
   /// Whether no value holds an object.
   [[nodiscard]] bool isPlain() const { return _holders.none(); }
 
@@ -223,13 +223,15 @@ class Elements final : public Part {
   void append(Literal key, Ref<String> text, Value&& value, bool plain);
 
   /// A flag, whatever its holder means by it.
-  [[nodiscard]] bool isMarked() const { return _marked != 0; }
-  void mark() { _marked = 1; }
+  [[nodiscard]] bool isMarked() const { return isWhole() && _whole.marked != 0; }
+  /// Requires: whole.
+  void mark() { _whole.marked = 1; }
 
  private:
   static constexpr std::size_t kMostKeys = 64;
 
-  explicit Elements(std::size_t memory) : _memory(static_cast<std::uint32_t>(memory)) {}
+  explicit Elements(std::size_t memory)
+      : _whole{{}, nullptr, static_cast<std::uint32_t>(memory), 0} {}
   explicit Elements(const Block& block) : Part(block.first()) {}
 
   void setKeys(Keys keys) {
@@ -239,13 +241,13 @@ class Elements final : public Part {
   }
   void setCounting(std::size_t place) {
     _holders.add(place);
-    _counting.add(place);
+    _whole.counting.add(place);
   }
   /// Whether the object, which a value holds, lies in the same memory.
   [[nodiscard]] bool contains(const void* object) const { return !isWhole() || isInMemory(object); }
   [[nodiscard]] bool isInMemory(const void* object) const {
     return reinterpret_cast<std::uintptr_t>(object) - reinterpret_cast<std::uintptr_t>(this) <
-           _memory;
+           _whole.memory;
   }
   void endAt(std::size_t place) {
     first()[place].end([this](const void* object) { return contains(object); });
@@ -253,7 +255,7 @@ class Elements final : public Part {
   [[gnu::noinline]] void endOld(std::size_t place) { endAt(place); }
   /// Requires: whole.
   [[gnu::noinline]] void endCounting() {
-    _counting.each(_size, [this](std::size_t place) {
+    _whole.counting.each(_size, [this](std::size_t place) {
       const Value& value = first()[place];
       if (!value.isPlain() && !isInMemory(value.held())) value.held()->release();
     });
@@ -266,10 +268,16 @@ class Elements final : public Part {
   const Literal* _keys = nullptr;
   Places _holders;
   std::uint64_t _present = ~std::uint64_t{0};
-  Places _counting;  // of the holders those that may count it: elsewhere it lies
-  OwnKeys* _ownKeys = nullptr;
-  std::uint32_t _memory = 0;  // bytes that begin here, of a whole one
-  std::uint32_t _marked = 0;  // a flag of four bytes: meant
+  /// What only a whole one has: of a part it is not even set.
+  struct Whole {
+    Places counting;  // of the holders those that may count it: elsewhere it lies
+    OwnKeys* ownKeys = nullptr;
+    std::uint32_t memory = 0;  // bytes that begin here
+    std::uint32_t marked = 0;  // a flag of four bytes: meant
+  };
+  union {
+    Whole _whole;
+  };
 };
 
 inline const Elements* Value::elements() const { return static_cast<const Elements*>(counted()); }
