@@ -1,6 +1,7 @@
 #include "platform/foundation/zone.h"
 
 #include <sys/inotify.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -16,6 +17,7 @@
 #include <vector>
 
 #include "platform/foundation/Data.h"
+#include "platform/foundation/clock.h"
 
 namespace quorin {
 
@@ -166,6 +168,22 @@ class ZoneVariable {
   const char* _value = nullptr;
 };
 
+/// What tells one file from another in its place; of none, nothing.
+struct FileState {
+  dev_t device = 0;
+  ino_t node = 0;
+  std::int64_t size = 0;
+  std::int64_t changed = 0;  // seconds since 1970, and nanoseconds
+  std::int64_t nanoseconds = 0;
+
+  static FileState of(const char* path) {
+    struct stat found {};
+    if (stat(path, &found) != 0) return {};
+    return {found.st_dev, found.st_ino, found.st_size, found.st_mtim.tv_sec, found.st_mtim.tv_nsec};
+  }
+  friend bool operator==(const FileState&, const FileState&) = default;
+};
+
 /// Which rules are in force: the text of `TZ`, or the state of the system's zone file.
 class RulesInForce {
  public:
@@ -173,21 +191,27 @@ class RulesInForce {
   [[gnu::always_inline]] bool unchanged() {
     const char* zone = _variable.value();
     if (!zone && _watch && _watch->changes() == _changes) [[likely]]
-      return true;
+      return currentClock().roughUptime() < _lookAgain || isFileAsItWas() || changeTo(zone);
     return (zone && is(zone)) || changeTo(zone);
   }
   [[nodiscard]] const Transitions& transitions() const { return _transitions; }
 
  private:
   [[gnu::noinline]] bool is(const char* zone) const { return _zone == zone; }
+  /// What lies over the system's file may change unseen, by a mount: looked at again every second.
+  [[gnu::noinline]] bool isFileAsItWas() {
+    _lookAgain = currentClock().roughUptime() + std::chrono::seconds(1);
+    return FileState::of(kSystemZone) == _file;
+  }
   /// False: they are others.
   [[gnu::noinline]] bool changeTo(const char* zone) {
     static const SystemZoneWatch& watch = *new SystemZoneWatch;  // its thread never ends
     _zone = zone ? std::optional<std::string>(zone) : std::nullopt;
     _changes = watch.changes();
     _watch = zone || _changes == SystemZoneWatch::kUnwatched ? nullptr : &watch;
-    // What lies over the system's file may change unseen, by a mount: asked again every second.
-    _transitions = zone ? transitionsIn(fileOf(zone)) : Transitions();
+    _lookAgain = currentClock().roughUptime() + std::chrono::seconds(1);
+    _file = FileState::of(kSystemZone);
+    _transitions = transitionsIn(zone ? fileOf(zone) : kSystemZone);
     return false;
   }
 
@@ -195,6 +219,8 @@ class RulesInForce {
   const SystemZoneWatch* _watch = nullptr;  // while it tells of the file in force
   std::uint64_t _changes = SystemZoneWatch::kUnwatched;
   std::optional<std::string> _zone;
+  Milliseconds _lookAgain{};
+  FileState _file;  // the system's
   Transitions _transitions;
 };
 
