@@ -184,7 +184,7 @@ class Printer {
 
   [[gnu::always_inline]] void print(const Value& value) {
     if (isUsualNumber(value)) [[likely]]
-      _at = putSigned(room(kLongestNumber), *value.integer());
+      _at = putSigned(room(kLongestNumber), value.natural());
     else if (value.isPadded())
       _at = putPadded(room(kMostPadded), value.text());
     else
@@ -221,7 +221,7 @@ class Printer {
         continue;
       at = putPaddedKey(at, key->text);
       if (isUsualNumber(*value)) [[likely]] {
-        at = putSigned(at, *value->integer());
+        at = putSigned(at, value->natural());
       } else if (value->isPadded()) {
         at = putPadded(at, value->text());
       } else {
@@ -248,16 +248,16 @@ class Printer {
   }
   [[nodiscard]] char* begin() const { return _memory.first.get(); }
 
-  /// One that 64 bits hold with its sign, whatever its value.
+  /// One that 64 bits hold with its sign, whatever its value: of booleans 1 or 0.
   [[nodiscard]] static bool isUsualNumber(const Value& value) {
-    return value.isInteger() && value.kind() != Value::Kind::uint64;
+    return value.kind() >= Value::Kind::boolean && value.kind() <= Value::Kind::int64;
   }
 
-  [[gnu::always_inline]] static char* putSigned(char* at, std::int64_t number) {
-    auto natural = static_cast<std::uint64_t>(number);
+  /// Of the bits of a signed number.
+  [[gnu::always_inline]] static char* putSigned(char* at, std::uint64_t natural) {
     if (natural < 1000) [[likely]]
       return putBelow1000(at, natural);
-    if (number < 0) {
+    if (static_cast<std::int64_t>(natural) < 0) {
       *at++ = '-';
       natural = 0 - natural;
     }
@@ -282,8 +282,8 @@ class Printer {
   void printOther(const Value& value) {
     switch (value.kind()) {
       case Value::Kind::nothing: return print("null");
-      case Value::Kind::boolean: return print(value.boolean() ? "1" : "0");
       case Value::Kind::uint64: return printLarge(value.natural());
+      case Value::Kind::boolean:
       case Value::Kind::int32:
       case Value::Kind::uint32:
       case Value::Kind::int64: return;  // see `print`
