@@ -262,13 +262,13 @@ class Elements final : public Part {
   }
   [[gnu::noinline]] static Elements& made(Ref<Elements>& elements, std::size_t more);
 
-  // What is set differently, and behind it what most leave alone: so few stores make one.
   std::uint32_t _size = 0;
   std::uint32_t _capacity = 0;
   const Literal* _keys = nullptr;
   Places _holders;
   std::uint64_t _present = ~std::uint64_t{0};
-  /// What only a whole one has: of a part it is not even set.
+  /// What only a whole one has. In a union, so that a part, of which there are many, sets none of
+  /// it.
   struct Whole {
     Places counting;  // of the holders those that may count it: elsewhere it lies
     OwnKeys* ownKeys = nullptr;

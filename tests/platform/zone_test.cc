@@ -1,5 +1,6 @@
 #include <cstdlib>
 #include <ctime>
+#include <filesystem>
 
 #include "tests/support/rig.h"
 
@@ -64,6 +65,23 @@ TEST(LocalZone, IsAskedOnceForAsLongAsItHolds) {
   EXPECT_EQ(localZone(first.until - 1).serial, first.serial);
   EXPECT_NE(localZone(first.until).serial, first.serial);
   EXPECT_EQ(localZone(first.until).abbreviation, "CET");
+}
+
+TEST(LocalZone, LooksAtTheSystemsFileAgainAndKeepsWhatDidNotChange) {
+  if (!std::filesystem::exists("/etc/localtime")) GTEST_SKIP() << "a machine without a zone";
+  const Zone zone(nullptr);
+  VirtualClock clock;
+  constexpr std::int64_t kInstant = 1'790'000'000;
+  const LocalZone first = localZone(kInstant);
+  for (unsigned second = 0; second < 3; ++second) {
+    EXPECT_EQ(localZone(kInstant).serial, first.serial);
+    EXPECT_EQ(localZone(first.until - 1).serial, first.serial);
+    clock.advance(Milliseconds(1'000));
+  }
+  const Zone other("Asia/Tokyo");
+  EXPECT_EQ(localZone(kInstant).abbreviation, "JST");
+  unsetenv("TZ");
+  EXPECT_EQ(localZone(kInstant).abbreviation, first.abbreviation);
 }
 
 TEST(LocalZone, FollowsTheVariableHoweverItIsChanged) {
