@@ -29,6 +29,7 @@ inline constexpr UsualRange kUsualRanges[] = {
     // Levels, dBm.
     {"idle_rxlev_dBm", -110, -48},  // 3GPP TS 45.008, 8.1.4
     {"nbr_rsrp", -140, -44},        // TS 36.133, 9.1.4
+    {"rsrp", -140, -44, "LteCellMeasResult"},
     {"rsrp0", -140, -44},
     {"rsrp1", -140, -44},
     {"rscp", -120, -25},  // TS 25.133, 9.1.1.3
@@ -46,17 +47,17 @@ inline constexpr UsualRange kUsualRanges[] = {
     {"arfcn", 0, 1023},  // TS 45.005, 2
     {"arfcn_bcch", 0, 1023},
     {"scell_arfcn", 0, 1023},
-    {"dl_freq", 0, 16'383},  // TS 25.331, 10.3.6.36
-    {"dl_uarfcn", 0, 16'383},
+    {"dl_uarfcn", 0, 16'383},  // TS 25.331, 10.3.6.36
     {"uarfcn", 0, 16'383},
-    {"ul_freq", 0, 16'383},
     {"dl_earfcn", 0, 65'535},  // TS 36.331, 6.3.4
+    {"dl_freq", 0, 65'535},
     {"earfcn", 0, 65'535},
     {"nbr_earfcn", 0, 65'535},
     {"pcc_earfcn", 0, 65'535},
     {"scc0_earfcn", 0, 65'535},
     {"scc1_earfcn", 0, 65'535},
     {"ul_earfcn", 0, 65'535},
+    {"ul_freq", 0, 65'535},
 
     // Identities: TS 23.003.
     {"mcc", 0, 999},
