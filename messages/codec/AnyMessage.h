@@ -53,6 +53,7 @@ class AnyMessage : public PBCodable {
  protected:
   explicit AnyMessage(const MessageTable& table) : _table(table) {}
 
+  /// The same as `initWithData`, by this reader of what is usual.
   [[nodiscard]] [[gnu::always_inline]] bool initWith(decltype(MessageTable::read) read,
                                                      const Ref<Data>& data) {
     if (data && takeWhole(read, data->bytes())) [[likely]]

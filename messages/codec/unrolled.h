@@ -48,6 +48,7 @@ struct Varint {
   return word >> 32 << 28 | static_cast<std::uint32_t>(word);
 }
 
+/// Of any number of bytes.
 [[gnu::noinline]] inline Varint longVarint(Position at) {
   std::uint64_t word = 0;
   std::memcpy(&word, at, sizeof word);

@@ -16,7 +16,8 @@ struct UsualRange {
   std::string_view className = {};  // empty: of every class
 };
 
-// Numbers that take one byte of a varint have no row; nor have those of four and more.
+// Numbers that take one byte of a varint have no row; nor have those of four and more. What holds
+// for one class stands before what holds for every other.
 inline constexpr UsualRange kUsualRanges[] = {
     // The carrier-aggregation lists count hundredths.
     {"rsrp", -14'000, -4'400, "SccRxMeasurement"},
@@ -79,7 +80,7 @@ inline constexpr UsualRange kUsualRanges[] = {
     {"ef_id", 0x2f00, 0x6fff},  // TS 31.102, 4
 };
 
-/// The range of the class's field; null where it has no row.
+/// The first range that fits the class's field; null where none does.
 constexpr const UsualRange* usualRange(std::string_view className, const Field& field) {
   if (field.kind != Kind::uint32 && field.kind != Kind::sint32) return nullptr;
   const auto* range = std::ranges::find_if(kUsualRanges, [&](const UsualRange& row) {
