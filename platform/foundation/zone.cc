@@ -1,7 +1,8 @@
 #include "platform/foundation/zone.h"
 
+#include <fcntl.h>
+#include <poll.h>
 #include <sys/inotify.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -17,7 +18,6 @@
 #include <vector>
 
 #include "platform/foundation/Data.h"
-#include "platform/foundation/clock.h"
 
 namespace quorin {
 
@@ -29,12 +29,15 @@ constexpr char kZones[] = "/usr/share/zoneinfo/";
 
 constexpr std::int64_t kNever = std::numeric_limits<std::int64_t>::max();
 
-/// Counts the changes of the system's zone file. A thread of its own waits for them, since asking
-/// the kernel at every conversion would cost more than the conversion.
+/// Counts what may have changed the system's zone file: what is done to it, and every mount, which
+/// may lie over it. A thread of its own waits for both, since asking the kernel at every conversion
+/// would cost more than the conversion.
 class SystemZoneWatch {
  public:
-  SystemZoneWatch() : _descriptor(inotify_init1(IN_CLOEXEC)) {
-    if (_descriptor < 0 || !watch()) return;
+  SystemZoneWatch()
+      : _files(inotify_init1(IN_CLOEXEC)),
+        _mounts(open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC)) {
+    if (_files < 0 || _mounts < 0 || !watch()) return;
     _changes = 1;
     // Signals are for the threads that wait for them.
     sigset_t all;
@@ -55,19 +58,22 @@ class SystemZoneWatch {
     constexpr std::uint32_t kInFolder =
         IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_CLOSE_WRITE;
     constexpr std::uint32_t kOfFile = IN_ATTRIB | IN_MODIFY | IN_DELETE_SELF | IN_MOVE_SELF;
-    (void)inotify_add_watch(_descriptor, kSystemZone, kOfFile);  // behind its link, if it is one
-    return inotify_add_watch(_descriptor, kSystemFolder, kInFolder) >= 0;
+    (void)inotify_add_watch(_files, kSystemZone, kOfFile);  // behind its link, if it is one
+    return inotify_add_watch(_files, kSystemFolder, kInFolder) >= 0;
   }
   void run() {
+    pollfd waiting[] = {{_files, POLLIN, 0}, {_mounts, POLLPRI, 0}};
     char events[4096];
-    while (read(_descriptor, events, sizeof events) > 0) {
+    while (poll(waiting, std::size(waiting), -1) >= 0) {
+      if (waiting[0].revents != 0 && read(_files, events, sizeof events) <= 0) break;
       (void)watch();
       _changes.fetch_add(1, std::memory_order_release);
     }
     _changes = kUnwatched;
   }
 
-  int _descriptor;
+  int _files;
+  int _mounts;
   std::atomic<std::uint64_t> _changes = kUnwatched;
 };
 
@@ -168,49 +174,26 @@ class ZoneVariable {
   const char* _value = nullptr;
 };
 
-/// What tells one file from another in its place; of none, nothing.
-struct FileState {
-  dev_t device = 0;
-  ino_t node = 0;
-  std::int64_t size = 0;
-  std::int64_t changed = 0;  // seconds since 1970, and nanoseconds
-  std::int64_t nanoseconds = 0;
-
-  static FileState of(const char* path) {
-    struct stat found {};
-    if (stat(path, &found) != 0) return {};
-    return {found.st_dev, found.st_ino, found.st_size, found.st_mtim.tv_sec, found.st_mtim.tv_nsec};
-  }
-  friend bool operator==(const FileState&, const FileState&) = default;
-};
-
-/// Which rules are in force: the text of `TZ`, or the state of the system's zone file.
+/// Which rules are in force: the text of `TZ`, or what the system's zone file holds.
 class RulesInForce {
  public:
   /// Whether they are the same as at the last call.
   [[gnu::always_inline]] bool unchanged() {
     const char* zone = _variable.value();
     if (!zone && _watch && _watch->changes() == _changes) [[likely]]
-      return currentClock().roughUptime() < _lookAgain || isFileAsItWas() || changeTo(zone);
+      return true;
     return (zone && is(zone)) || changeTo(zone);
   }
   [[nodiscard]] const Transitions& transitions() const { return _transitions; }
 
  private:
   [[gnu::noinline]] bool is(const char* zone) const { return _zone == zone; }
-  /// What lies over the system's file may change unseen, by a mount: looked at again every second.
-  [[gnu::noinline]] bool isFileAsItWas() {
-    _lookAgain = currentClock().roughUptime() + std::chrono::seconds(1);
-    return FileState::of(kSystemZone) == _file;
-  }
   /// False: they are others.
   [[gnu::noinline]] bool changeTo(const char* zone) {
     static const SystemZoneWatch& watch = *new SystemZoneWatch;  // its thread never ends
     _zone = zone ? std::optional<std::string>(zone) : std::nullopt;
     _changes = watch.changes();
     _watch = zone || _changes == SystemZoneWatch::kUnwatched ? nullptr : &watch;
-    _lookAgain = currentClock().roughUptime() + std::chrono::seconds(1);
-    _file = FileState::of(kSystemZone);
     _transitions = transitionsIn(zone ? fileOf(zone) : kSystemZone);
     return false;
   }
@@ -219,8 +202,6 @@ class RulesInForce {
   const SystemZoneWatch* _watch = nullptr;  // while it tells of the file in force
   std::uint64_t _changes = SystemZoneWatch::kUnwatched;
   std::optional<std::string> _zone;
-  Milliseconds _lookAgain{};
-  FileState _file;  // the system's
   Transitions _transitions;
 };
 

@@ -67,17 +67,13 @@ TEST(LocalZone, IsAskedOnceForAsLongAsItHolds) {
   EXPECT_EQ(localZone(first.until).abbreviation, "CET");
 }
 
-TEST(LocalZone, LooksAtTheSystemsFileAgainAndKeepsWhatDidNotChange) {
+TEST(LocalZone, KeepsTheSystemsFileUntilAChangeIsTold) {
   if (!std::filesystem::exists("/etc/localtime")) GTEST_SKIP() << "a machine without a zone";
   const Zone zone(nullptr);
-  VirtualClock clock;
   constexpr std::int64_t kInstant = 1'790'000'000;
   const LocalZone first = localZone(kInstant);
-  for (unsigned second = 0; second < 3; ++second) {
-    EXPECT_EQ(localZone(kInstant).serial, first.serial);
-    EXPECT_EQ(localZone(first.until - 1).serial, first.serial);
-    clock.advance(Milliseconds(1'000));
-  }
+  EXPECT_EQ(localZone(kInstant).serial, first.serial);
+  EXPECT_EQ(localZone(first.until - 1).serial, first.serial);
   const Zone other("Asia/Tokyo");
   EXPECT_EQ(localZone(kInstant).abbreviation, "JST");
   unsetenv("TZ");
