@@ -142,16 +142,20 @@ std::string fileOf(const char* zone) {
 class ZoneVariable {
  public:
   /// Null where it is not set. What is set holds until the next call.
-  [[gnu::always_inline]] const char* value() {
-    const bool unchanged = environ == _array && environ && *_behind == nullptr &&
-                           *_last == _lastEntry && *_own == _ownEntry;
-    return unchanged ? _value : search();
+  const char* value() { return isUnchanged() ? _value : search(); }
+  /// Whether it surely was not set since the last call.
+  [[nodiscard]] [[gnu::always_inline]] bool isStillUnset() const {
+    return isUnchanged() && !_value;
   }
 
  private:
   static constexpr std::string_view kName = "TZ=";
 
-  [[gnu::noinline]] const char* search() {
+  [[nodiscard]] [[gnu::always_inline]] bool isUnchanged() const {
+    return environ == _array && environ && *_behind == nullptr && *_last == _lastEntry &&
+           *_own == _ownEntry;
+  }
+  const char* search() {
     _array = environ;
     _value = std::getenv("TZ");
     if (!environ) return _value;
@@ -177,19 +181,21 @@ class ZoneVariable {
 /// Which rules are in force: the text of `TZ`, or what the system's zone file holds.
 class RulesInForce {
  public:
+  /// Whether they are surely the same as at the last call of `unchanged`: asks nobody.
+  [[nodiscard]] [[gnu::always_inline]] bool surelyUnchanged() const {
+    return _watch && _variable.isStillUnset() && _watch->changes() == _changes;
+  }
   /// Whether they are the same as at the last call.
-  [[gnu::always_inline]] bool unchanged() {
+  bool unchanged() {
     const char* zone = _variable.value();
-    if (!zone && _watch && _watch->changes() == _changes) [[likely]]
-      return true;
-    return (zone && is(zone)) || changeTo(zone);
+    if (!zone && _watch && _watch->changes() == _changes) return true;
+    return (zone && _zone == zone) || changeTo(zone);
   }
   [[nodiscard]] const Transitions& transitions() const { return _transitions; }
 
  private:
-  [[gnu::noinline]] bool is(const char* zone) const { return _zone == zone; }
   /// False: they are others.
-  [[gnu::noinline]] bool changeTo(const char* zone) {
+  bool changeTo(const char* zone) {
     static const SystemZoneWatch& watch = *new SystemZoneWatch;  // its thread never ends
     _zone = zone ? std::optional<std::string>(zone) : std::nullopt;
     _changes = watch.changes();
@@ -221,7 +227,11 @@ struct KnownZone {
   RulesInForce rules;
   LocalZone zone;
 
-  [[gnu::noinline]] void lookUp(std::int64_t seconds) {
+  const LocalZone& at(std::int64_t seconds) {
+    if (!rules.unchanged() || !zone.holdsAt(seconds)) lookUp(seconds);
+    return zone;
+  }
+  void lookUp(std::int64_t seconds) {
     tzset();
     const auto instant = static_cast<std::time_t>(seconds);
     std::tm local{};
@@ -233,15 +243,20 @@ struct KnownZone {
   }
 };
 
+constinit KnownZone* known = nullptr;  // once made, until the process ends
+
+[[gnu::noinline]] const LocalZone& zoneInForce(std::int64_t seconds) {
+  if (!known) known = new KnownZone;
+  return known->at(seconds);
+}
+
 }  // namespace
 
 const LocalZone& localZone(std::int64_t seconds) {
-  static KnownZone& known = *new KnownZone;  // lives until the process ends
-  const LocalZone& zone = known.zone;
-  if (known.rules.unchanged() && seconds >= zone.from && seconds < zone.until) [[likely]]
-    return zone;
-  known.lookUp(seconds);
-  return zone;
+  const KnownZone* const last = known;
+  if (last && last->rules.surelyUnchanged() && last->zone.holdsAt(seconds)) [[likely]]
+    return last->zone;
+  return zoneInForce(seconds);
 }
 
 }  // namespace quorin

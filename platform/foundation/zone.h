@@ -12,6 +12,10 @@ struct LocalZone {
   std::int32_t offset = 0;  // seconds east of Greenwich
   std::string abbreviation;
   std::uint64_t serial = 0;  // another one for every look at the zone's rules
+
+  [[nodiscard]] bool holdsAt(std::int64_t seconds) const {
+    return seconds >= from && seconds < until;
+  }
 };
 
 /// The zone that is in force now, at that instant: a change of `TZ` or of the system's zone file is
