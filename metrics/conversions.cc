@@ -49,53 +49,63 @@ std::int64_t wholeSeconds(double milliseconds) {
   return static_cast<std::int64_t>(std::floor(milliseconds / 1000.0));
 }
 
-[[gnu::noinline]] std::optional<std::int64_t> wholeSecondsOfAny(const Value& milliseconds) {
-  const auto number = milliseconds.number();
-  return number ? std::optional(wholeSeconds(*number)) : std::nullopt;
-}
-
-/// Of a number. What a division of integers would give differently is left to that of reals.
-std::optional<std::int64_t> wholeSeconds(const Value& milliseconds) {
-  constexpr std::uint64_t kExact = std::uint64_t{1} << 50;
-  if (milliseconds.isInteger() && milliseconds.natural() < kExact) [[likely]]
-    return milliseconds.natural() / 1000;
-  return wholeSecondsOfAny(milliseconds);
-}
-
 /// The latest text, which the time stamps of one second share.
 struct SharedText {
   std::int64_t seconds = 0;
-  std::uint64_t serial = 0;
-  Ref<String> text;
+  std::uint64_t serial = 0;      // of the zone; none has 0
+  const String* text = nullptr;  // with a reference, which the process's end keeps
 
-  [[gnu::noinline]] void make(std::int64_t at, const LocalZone& zone) {
+  [[gnu::noinline]] const String& make(std::int64_t at, const LocalZone& zone) {
     constexpr std::int64_t kFirst = -62'135'510'400;  // the second day of the year 1
     constexpr std::int64_t kLast = 253'402'214'400;   // the last day of the year 9999
     const bool usual = at >= kFirst && at < kLast;
-    text = usual ? zonedText(at, zone) : anyYearText(at);
+    Ref<String> made = usual ? zonedText(at, zone) : anyYearText(at);
+    if (text) text->release();
+    text = made.take();
     seconds = at;
     serial = zone.serial;
+    return *text;
   }
 };
+constinit SharedText sharedText;
 
-[[gnu::always_inline]] inline const String& sharedTimeStampText(std::int64_t seconds) {
-  static SharedText& shared = *new SharedText;  // lives until the process ends
+[[gnu::always_inline]] inline const String& timeStampTextAt(std::int64_t seconds) {
   const LocalZone& zone = localZone(seconds);
-  if (seconds != shared.seconds || zone.serial != shared.serial) [[unlikely]]
-    shared.make(seconds, zone);
-  return *shared.text;
+  if (seconds == sharedText.seconds && zone.serial == sharedText.serial) [[likely]]
+    return *sharedText.text;
+  return sharedText.make(seconds, zone);
+}
+
+/// Of any number.
+[[gnu::noinline]] void convertAnyTimeStamp(Dictionary& store, std::size_t place) {
+  if (const auto milliseconds = store.at(place)->number())
+    store.setAt(place, Value(timeStampTextAt(wholeSeconds(*milliseconds))));
+}
+
+/// What a division of integers would give differently is left to that of reals.
+[[gnu::always_inline]] inline void convertTimeStampAt(Dictionary& store, std::size_t place) {
+  constexpr std::uint64_t kExact = std::uint64_t{1} << 50;
+  const Value* const value = store.at(place);
+  if (!value) return;
+  if (!value->isInteger() || value->natural() >= kExact) [[unlikely]]
+    return convertAnyTimeStamp(store, place);
+  const auto seconds = static_cast<std::int64_t>(value->natural() / 1000);
+  store.setAt(place, Value(timeStampTextAt(seconds)));
 }
 
 }  // namespace
 
 std::string timeStampText(double milliseconds) {
-  return std::string(sharedTimeStampText(wholeSeconds(milliseconds)).text());
+  return std::string(timeStampTextAt(wholeSeconds(milliseconds)).text());
 }
 
+// Mostly it stands first: written out, since that takes half the work.
 void convertTimeStamp(Dictionary& store) {
-  const Value* value = store.find(kKey<"timestamp">);
-  if (const auto seconds = value ? wholeSeconds(*value) : std::nullopt)
-    store.replace(value, Value(sharedTimeStampText(*seconds)));
+  const std::size_t place = store.placeOf(kKey<"timestamp">);
+  if (place == 0) [[likely]]
+    convertTimeStampAt(store, 0);
+  else
+    convertTimeStampAt(store, place);
 }
 
 void halveBandwidths(Dictionary& store) {
@@ -111,9 +121,9 @@ BandwidthTable bandwidthTable() {
 }
 
 void megahertz(Value& value, const BandwidthTable& bandwidths) {
-  const auto code = value.integer();
-  if (code && *code >= 0 && *code <= 5)
-    value = Value(bandwidths.at(static_cast<std::int32_t>(*code)));
+  if (!value.isInteger64()) return;
+  const std::int64_t code = value.integer64();
+  if (code >= 0 && code <= 5) value.become(Value(bandwidths.at(static_cast<std::int32_t>(code))));
 }
 
 Value imsiDigits(const Value& identity) {
