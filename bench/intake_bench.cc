@@ -212,14 +212,14 @@ void dictionaryStep(const Event& event) {
   benchmark::DoNotOptimize(message->dictionaryRepresentation().size());
 }
 
-void intakeStep(const Event& event) {
-  static const auto& validator = [&]() -> auto& {
-    static q::Loopback service;
-    service.install();
-    return q::MetricValidator::sharedInstance();
-  }
-  ();
-  validator->metricsDidUpdate(event.record);
+q::MetricValidator* validator = nullptr;
+
+void intakeStep(const Event& event) { validator->metricsDidUpdate(event.record); }
+
+void makeValidator() {
+  static q::Loopback service;
+  service.install();
+  validator = q::MetricValidator::sharedInstance().get();
 }
 
 void withoutLines() {
@@ -512,6 +512,7 @@ int count(std::string_view name) {
 /// strace. Else the benchmarks.
 int main(int argc, char** argv) {
   const std::string_view option = argc == 3 ? argv[1] : "";
+  makeValidator();
   if (option == "--count") return count(argv[2]);
   if (option == "--hand-off") return handOffAwake(std::strtoul(argv[2], nullptr, 10)), 0;
   benchmark::Initialize(&argc, argv);

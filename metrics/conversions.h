@@ -25,15 +25,15 @@ using BandwidthTable = std::map<std::int32_t, float>;
 using Conversion = void (*)(Value&, const BandwidthTable&);
 /// times 0.5, as a 32-bit float
 inline void halfSteps(Value& value, const BandwidthTable& /*bandwidths*/) {
-  if (const auto steps = value.integer()) value.become(Value(static_cast<float>(*steps) * 0.5F));
+  if (value.isInteger64()) value.become(Value(static_cast<float>(value.integer64()) * 0.5F));
 }
 /// divided by 100.0, as a 32-bit float
 inline void hundredths(Value& value, const BandwidthTable& /*bandwidths*/) {
-  if (const auto count = value.integer()) value.become(Value(static_cast<float>(*count) / 100.0F));
+  if (value.isInteger64()) value.become(Value(static_cast<float>(value.integer64()) / 100.0F));
 }
 /// divided by 100 as an integer, towards zero
 inline void wholeOfHundredths(Value& value, const BandwidthTable& /*bandwidths*/) {
-  if (const auto count = value.integer()) value.become(Value(*count / 100));
+  if (value.isInteger64()) value.become(Value(value.integer64() / 100));
 }
 /// bandwidth code -> MHz; a code without a bandwidth stays
 void megahertz(Value& value, const BandwidthTable& bandwidths);

@@ -124,11 +124,11 @@ void rebuild(List& list, RowState& state, const Dictionary& store, const MV& val
     return;
   }
   const Value* added = row.addedKey.text.empty() ? nullptr : store.find(row.addedKey);
-  list = entries->list();
-  if (!added && state.conversions == 0) return;
-  list = list.changed(!added || added->isPlain(), added ? row.keys : Keys(),
-                      added ? row.keysWithAdded : Keys(),
-                      EntryChange{state, validator.dlbwlookup(), added});
+  list = added || state.conversions > 0
+             ? List::changed(*entries, !added || added->isPlain(), added ? row.keys : Keys(),
+                             added ? row.keysWithAdded : Keys(),
+                             EntryChange{state, validator.dlbwlookup(), added})
+             : entries->list();
 }
 
 // A key that the latest message lacks becomes empty text again, and a time stamp becomes text here

@@ -56,11 +56,15 @@ class AnyMessage : public PBCodable {
   /// The same as `initWithData`, by this reader of what is usual.
   [[nodiscard]] [[gnu::always_inline]] bool initWith(decltype(MessageTable::read) read,
                                                      const Ref<Data>& data) {
-    if (data && takeWhole(read, data->bytes())) [[likely]]
-      return true;
-    PBDataReader reader(data.get());
+    return (data && takeWhole(read, data->bytes())) || initExactly(data.get());
+  }
+  /// The same, field by field.
+  [[nodiscard]] bool initExactly(const Data* data) {
+    PBDataReader reader(data);
     return readFields(reader);
   }
+  /// A new message takes over a reference to what was read.
+  [[gnu::always_inline]] void startWith(Elements* read) { new (&_read) Dictionary(read); }
 
   /// Through this is every field asked for: until then, what was read is kept as its dictionary.
   template <class T>
@@ -80,7 +84,10 @@ class AnyMessage : public PBCodable {
   void unfoldRead();
   /// A new message takes what is usual as its dictionary. Requires: bytes of a `Data`.
   [[gnu::always_inline]] bool takeWhole(decltype(MessageTable::read) read, Bytes bytes) {
-    return _fields == Fields::untouched && _read.empty() && read(bytes, _read);
+    if (_fields != Fields::untouched || !_read.empty()) return false;
+    Elements* usual = read(bytes);
+    if (usual) startWith(usual);
+    return usual != nullptr;
   }
   /// Whatever else comes is read field by field.
   bool readFields(PBDataReader& reader);
@@ -122,6 +129,16 @@ class Message : public AnyMessage {
   /// The same, by the class's own reader.
   [[nodiscard]] bool initWithData(const Ref<Data>& data) {
     return initWith(Unrolled<M>::read, data);
+  }
+  /// A new message of the data; null where they make none.
+  [[nodiscard]] static Ref<AnyMessage> makeWithData(const Ref<Data>& data) {
+    Elements* const usual = data ? Unrolled<M>::read(data->bytes()) : nullptr;
+    auto message = make<M>();
+    if (usual) [[likely]]
+      message->startWith(usual);
+    else if (!message->initExactly(data.get()))
+      return nullptr;
+    return message;
   }
   /// Copies every present field into `target`; objects are shared.
   void copyTo(M& target) const { copyFieldsTo(target); }

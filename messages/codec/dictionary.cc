@@ -17,9 +17,7 @@ Elements* unrolled::largerList(Block& block, const Elements* list) {
   return larger;
 }
 
-bool MessageTable::decode(Bytes bytes, Dictionary& result) const {
-  if (read(bytes, result)) [[likely]]
-    return true;
+bool MessageTable::decodeExactly(Bytes bytes, Dictionary& result) const {
   const auto message = make();
   PBDataReader reader(bytes);
   if (!message->readFrom(reader)) return false;

@@ -84,10 +84,11 @@ template <class M>
 struct Unrolled {
   /// One entry per present field, in field order, enumerations by name.
   static Dictionary dictionary(const AnyMessage& message);
-  /// The dictionary of the message in the bytes. False, with nothing done and no line written,
-  /// where they are not what a modem usually sends, fields that ascend by number: the exact reader
-  /// takes these. Requires: zeros behind the bytes, as behind a `Data`.
-  static bool read(Bytes bytes, Dictionary& result);
+  /// The dictionary of the message in the bytes, with one reference, which the caller owns. Null,
+  /// with nothing done and no line written, where they are not what a modem usually sends, fields
+  /// that ascend by number: the exact reader takes these. Requires: zeros behind the bytes, as
+  /// behind a `Data`.
+  static Elements* read(Bytes bytes);
 };
 
 /// A message class as its rows.
@@ -101,11 +102,18 @@ struct MessageTable {
   /// A message of the data, read at once; null where they make none.
   Ref<AnyMessage> (*makeWithData)(const Ref<Data>& data);
   Dictionary (*dictionary)(const AnyMessage& message);
-  bool (*read)(Bytes bytes, Dictionary& result);
+  Elements* (*read)(Bytes bytes);
 
   /// The dictionary of a message's bytes, behind which zeros lie as behind a `Data`. False: they
   /// make none.
-  [[nodiscard]] bool decode(Bytes bytes, Dictionary& result) const;
+  [[nodiscard]] bool decode(Bytes bytes, Dictionary& result) const {
+    Elements* usual = read(bytes);
+    if (!usual) [[unlikely]]
+      return decodeExactly(bytes, result);
+    result = Dictionary(usual);
+    return true;
+  }
+  [[nodiscard]] bool decodeExactly(Bytes bytes, Dictionary& result) const;
 
   /// The field of this number, or null.
   [[nodiscard]] const Field* find(std::uint64_t number) const {
@@ -159,11 +167,7 @@ inline constexpr MessageTable kTable = [] {
                      M::kKeyRule,
                      sizeof(M),
                      [] { return Ref<AnyMessage>(make<M>()); },
-                     [](const Ref<Data>& data) {
-                       auto message = make<M>();
-                       return message->initWithData(data) ? Ref<AnyMessage>(std::move(message))
-                                                          : nullptr;
-                     },
+                     M::makeWithData,
                      Unrolled<M>::dictionary,
                      Unrolled<M>::read};
   table.rows.fill(kNoRow);

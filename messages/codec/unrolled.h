@@ -273,7 +273,7 @@ template <class M, std::size_t row>
     if (distance < names.size()) [[likely]] {
       const Value& name = names[distance];
       if (!hasGaps || name.kind() != Value::Kind::nothing) [[likely]]
-        return slots.put(row, Value::plain(name)), true;
+        return slots.first[row].become(name), true;
     }
   }
   slots.made |= std::uint64_t{1} << row;
@@ -329,7 +329,7 @@ bool readFields(Block& block, Slots& slots, Position& at, Position end,
 
 /// The dictionary of the message between the two; null where something in it is unusual.
 template <class M>
-[[gnu::always_inline]] inline const Elements* readMessage(Block& block, Position at, Position end) {
+[[gnu::always_inline]] inline Elements* readMessage(Block& block, Position at, Position end) {
   void* memory = block.take(Elements::bytes(kFields<M>.size()));
   if (!memory) return nullptr;
   Slots slots{Elements::firstIn(memory)};
@@ -465,13 +465,14 @@ Dictionary Unrolled<M>::dictionary(const AnyMessage& message) {
 }
 
 template <class M>
-bool Unrolled<M>::read(Bytes bytes, Dictionary& result) {
+Elements* Unrolled<M>::read(Bytes bytes) {
   auto& known = unrolled::blockSize<M>;
   for (std::size_t size = known.load(std::memory_order_relaxed);; size *= 2) {
     Block block(size);
-    if (unrolled::readMessage<M>(block, bytes.data(), bytes.data() + bytes.size())) [[likely]]
-      return result = Dictionary(block), true;
-    if (!block.isFull || 2 * size > unrolled::kLargestBlock) return false;
+    Elements* made = unrolled::readMessage<M>(block, bytes.data(), bytes.data() + bytes.size());
+    if (made) [[likely]]
+      return made->becomeWhole(block);
+    if (!block.isFull || 2 * size > unrolled::kLargestBlock) return nullptr;
     // What is rarely that large is tried again each time.
     if (2 * size <= RecycledMemory::kLargest)
       known.store(static_cast<std::uint32_t>(2 * size), std::memory_order_relaxed);

@@ -38,7 +38,7 @@ class Block {
   [[nodiscard]] void* first() const { return _first; }
   [[nodiscard]] std::size_t size() const { return static_cast<std::size_t>(_end - _first); }
   /// Leaves the memory to what lies first in it.
-  void* handOver() { return std::exchange(_first, nullptr); }
+  void handOver() { _first = nullptr; }
 
   bool isFull = false;  // something had no room
 

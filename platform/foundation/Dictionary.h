@@ -13,8 +13,8 @@ class List {
  public:
   List() = default;
   List(std::initializer_list<Value> values);
-  /// Takes over the block's memory. Requires: a list's elements lie first in it.
-  explicit List(Block& block) : _elements(Elements::whole(block)) {}
+  /// Takes over a reference.
+  explicit List(Elements* elements) : _elements(Ref<Elements>::owning(elements)) {}
 
   [[nodiscard]] std::size_t size() const { return values().size(); }
   [[nodiscard]] bool empty() const { return size() == 0; }
@@ -31,9 +31,10 @@ class List {
   /// The same dictionaries, changed by `change`: `all` of them as `DictionaryDrafts` where nothing
   /// but plain values is there and, as `plain` says, is put there, else `one` copy after the other.
   /// Copies under the keys `from` get the keys `to`, which begin with those, where these are given.
-  /// Requires: the list has dictionaries only.
+  /// Requires: a list, of dictionaries only.
   template <class Change>
-  [[nodiscard]] List changed(bool plain, Keys from, Keys to, Change&& change) const;
+  [[nodiscard]] static List changed(const Value& list, bool plain, Keys from, Keys to,
+                                    Change&& change);
 
   friend bool operator==(const List& a, const List& b) {
     return std::ranges::equal(a.values(), b.values());
@@ -61,8 +62,8 @@ class Dictionary {
  public:
   Dictionary() = default;
   Dictionary(std::initializer_list<std::pair<std::string_view, Value>> literals);
-  /// Takes over the block's memory. Requires: a dictionary's elements lie first in it.
-  explicit Dictionary(Block& block) : _elements(Elements::whole(block)) {}
+  /// Takes over a reference.
+  explicit Dictionary(Elements* elements) : _elements(Ref<Elements>::owning(elements)) {}
   explicit Dictionary(Ref<Elements> elements) : _elements(std::move(elements)) {}
 
   [[nodiscard]] std::size_t size() const { return _elements ? _elements->count() : 0; }
@@ -264,23 +265,26 @@ inline Value::Value(Dictionary&& dictionary)
     : Value(Kind::dictionary, dictionary._elements.take(), nullptr) {}
 
 template <class Change>
-List List::changed(bool plain, Keys from, Keys to, Change&& change) const {
-  const Elements* first = empty() ? nullptr : (*this)[0].elements();
+List List::changed(const Value& list, bool plain, Keys from, Keys to, Change&& change) {
+  const Elements* const elements = list.elements();
+  if (!elements || elements->size() == 0) return {};
+  const Elements* const first = elements->first()->elements();
   if (plain && first && !first->hasOwnKeys() && (to.empty() || first->keys() == from.data())) {
+    const std::size_t size = elements->size();
     const Keys keys = to.empty() ? Keys(first->keys(), first->size()) : to;
-    Block block(Elements::bytes(size()) + size() * Elements::bytes(keys.size()));
-    if (const Elements* list = _elements->copyDictionariesIn(block, keys)) {
-      change.all(DictionaryDrafts(*list));
-      return List(block);
+    Block block(Elements::bytes(size) + size * Elements::bytes(keys.size()));
+    if (Elements* copies = elements->copyDictionariesIn(block, keys)) {
+      change.all(DictionaryDrafts(*copies));
+      return List(copies->becomeWhole(block));
     }
   }
-  ListMaker list(size());
-  for (const Value& value : *this) {
+  ListMaker made(elements->size());
+  for (const Value& value : elements->all()) {
     Dictionary copy = value.dictionary();
     change.one(copy);
-    list.append(Value(std::move(copy)));
+    made.append(Value(std::move(copy)));
   }
-  return list.made();
+  return made.made();
 }
 
 /// Printed forms: "[key: value, key: value]", "[:]" when empty; "[a, b]"; bytes "<0aff>"; booleans

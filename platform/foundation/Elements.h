@@ -25,6 +25,11 @@ class Places {
     return of(size > kLast ? ~std::uint64_t{0} : (std::uint64_t{1} << size) - 1);
   }
   [[nodiscard]] bool none() const { return _bits == 0; }
+  /// Whether it is one place alone, before the last. Then it is `first`. Requires: not none.
+  [[nodiscard]] bool isOne() const { return (_bits & (_bits - 1)) == 0 && _bits >> kLast == 0; }
+  [[nodiscard]] std::size_t first() const {
+    return static_cast<std::size_t>(std::countr_zero(_bits));
+  }
   friend Places operator|(Places a, Places b) {
     a._bits |= b._bits;
     return a;
@@ -95,21 +100,34 @@ class Elements final : public Part {
         _holders(inside),
         _present(present) {}
   static void* operator new(std::size_t /*size*/, void* memory) { return memory; }
-  /// What lies first in the block, with the block's memory. Requires: it is one of these.
-  [[nodiscard]] static Ref<Elements> whole(Block& block) {
-    const auto memory = static_cast<std::uint32_t>(block.size());
-    auto* made = static_cast<Elements*>(block.handOver());
-    new (&made->_whole) Whole{{}, nullptr, memory, 0};
-    return Ref<Elements>(made);
+  /// Takes over the block's memory, and gives a reference to the caller. Requires: these lie first
+  /// in it.
+  [[gnu::always_inline]] Elements* becomeWhole(Block& block) {
+    new (&_whole) Whole{{}, nullptr, static_cast<std::uint32_t>(block.size()), 0};
+    block.handOver();
+    Object::retain();
+    return this;
   }
   [[nodiscard]] static constexpr std::size_t bytes(std::size_t capacity) {
     return sizeof(Elements) + capacity * sizeof(Value);
   }
   static void operator delete(Elements* elements, std::destroying_delete_t) {
-    if (!elements->_whole.counting.none()) elements->endCounting();
+    const Places counting = elements->_whole.counting;
+    if (!counting.none()) {
+      if (counting.isOne()) [[likely]]
+        elements->endCounting(counting.first());
+      else
+        elements->endCounting();
+    }
     if (elements->_whole.ownKeys) [[unlikely]]
       elements->_whole.ownKeys->release();
     giveMemory(elements, elements->_whole.memory);
+  }
+
+  /// The same as a part's: what it lies in is of this class.
+  void release() const {
+    const auto& counted = static_cast<const Elements&>(whole());
+    if (counted.dropReference()) delete &counted;
   }
 
   /// The first place. Requires: `setPresent`, or `endAt`, once the values are made.
@@ -199,7 +217,7 @@ class Elements final : public Part {
   /// The same where both are plain.
   void putPlain(std::size_t place, const Value& value) {
     if (place < kMostKeys) _present |= std::uint64_t{1} << place;
-    new (&first()[place]) Value(Value::plain(value));
+    first()[place].become(value);
   }
 
   /// A copy that nobody else holds, with room for `more`.
@@ -254,11 +272,12 @@ class Elements final : public Part {
   }
   [[gnu::noinline]] void endOld(std::size_t place) { endAt(place); }
   /// Requires: whole.
+  void endCounting(std::size_t place) {
+    const Value& value = first()[place];
+    if (!value.isPlain() && !isInMemory(value.held())) value.held()->release();
+  }
   [[gnu::noinline]] void endCounting() {
-    _whole.counting.each(_size, [this](std::size_t place) {
-      const Value& value = first()[place];
-      if (!value.isPlain() && !isInMemory(value.held())) value.held()->release();
-    });
+    _whole.counting.each(_size, [this](std::size_t place) { endCounting(place); });
   }
   [[gnu::noinline]] static Elements& made(Ref<Elements>& elements, std::size_t more);
 

@@ -66,7 +66,6 @@ class Part : public Object {
                                            reinterpret_cast<std::uintptr_t>(whole));
   }
 
- private:
   [[nodiscard]] const Part& whole() const {
     return *reinterpret_cast<const Part*>(reinterpret_cast<std::uintptr_t>(this) - _distance);
   }
@@ -102,6 +101,12 @@ class Ref {
   [[nodiscard]] T* take() { return std::exchange(_object, nullptr); }
   T& operator*() const { return *_object; }
   T* operator->() const { return _object; }
+  /// Takes over a reference.
+  [[nodiscard]] static Ref owning(T* object) {
+    Ref ref;
+    ref._object = object;
+    return ref;
+  }
   explicit operator bool() const { return _object != nullptr; }
   friend bool operator==(const Ref& a, const Ref& b) { return a._object == b._object; }
 

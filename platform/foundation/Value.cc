@@ -22,7 +22,7 @@ std::optional<double> Value::number() const {
     case Kind::uint32:
     case Kind::int64: return static_cast<double>(_as.integer);
     case Kind::uint64: return static_cast<double>(_as.natural);
-    case Kind::float32: return static_cast<double>(_as.float32);
+    case Kind::float32: return static_cast<double>(float32());
     case Kind::float64: return _as.float64;
     default: return std::nullopt;
   }
@@ -45,7 +45,7 @@ bool operator==(const Value& a, const Value& b) {
   if (a.kind() != b.kind()) return false;
   switch (a.kind()) {
     case Value::Kind::boolean: return a.boolean() == b.boolean();
-    case Value::Kind::float32: return a._as.float32 == b._as.float32;
+    case Value::Kind::float32: return a.float32() == b.float32();
     case Value::Kind::float64: return a._as.float64 == b._as.float64;
     case Value::Kind::text: return a.text() == b.text();
     case Value::Kind::data: return a.data()->isEqual(*b.data());

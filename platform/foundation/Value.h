@@ -1,6 +1,8 @@
 #pragma once
 
+#include <bit>
 #include <cstdint>
+#include <cstring>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -39,7 +41,9 @@ class Value {
   explicit Value(std::uint32_t value) : _head(head(Kind::uint32)) { _as.integer = value; }
   explicit Value(std::int64_t value) : _head(head(Kind::int64)) { _as.integer = value; }
   explicit Value(std::uint64_t value) : _head(head(Kind::uint64)) { _as.natural = value; }
-  explicit Value(float value) : _head(head(Kind::float32)) { _as.float32 = value; }
+  explicit Value(float value) : _head(head(Kind::float32)) {
+    _as.natural = std::bit_cast<std::uint32_t>(value);  // a half-word store would stall its copy
+  }
   explicit Value(double value) : _head(head(Kind::float64)) { _as.float64 = value; }
   explicit constexpr Value(Literal literal)
       : _head(head(Kind::text) | (literal.padded ? kPadded : 0) |
@@ -77,16 +81,22 @@ class Value {
 
   /// The integer as a signed 64-bit number; empty for other kinds and beyond its range.
   [[nodiscard]] std::optional<std::int64_t> integer() const {
-    if (!isInteger() || (kind() == Kind::uint64 && _as.integer < 0)) return std::nullopt;
-    return _as.integer;
+    return isInteger64() ? std::optional(_as.integer) : std::nullopt;
   }
+  /// Whether there is one. Then it is `integer64`.
+  [[nodiscard]] bool isInteger64() const {
+    return isInteger() && (kind() != Kind::uint64 || _as.integer >= 0);
+  }
+  [[nodiscard]] std::int64_t integer64() const { return _as.integer; }
   /// The number, of any numeric kind; empty for other kinds.
   [[nodiscard]] std::optional<double> number() const;
 
   /// Each requires its kind.
   [[nodiscard]] bool boolean() const { return _as.natural != 0; }
   [[nodiscard]] std::uint64_t natural() const { return _as.natural; }
-  [[nodiscard]] float float32() const { return _as.float32; }
+  [[nodiscard]] float float32() const {
+    return std::bit_cast<float>(static_cast<std::uint32_t>(_as.natural));
+  }
   [[nodiscard]] double float64() const { return _as.float64; }
   [[nodiscard]] std::string_view text() const {
     return isPlain() ? std::string_view(_as.literal, _head >> kLengthShift)
@@ -114,10 +124,7 @@ class Value {
     if (const Part* part = counted(); part && !isNear(part)) part->release();
   }
   /// Replaces a value that is plain by another one.
-  void become(const Value& plain) {
-    _head = plain._head;
-    _as = plain._as;
-  }
+  void become(const Value& plain) { std::memcpy(static_cast<void*>(this), &plain, sizeof plain); }
   /// What it holds. Requires: it is not plain.
   [[nodiscard]] const Part* held() const { return _as.part; }
   /// A copy that counts nothing: of one that is plain, or for the memory that its object lies in.
@@ -171,7 +178,6 @@ class Value {
   union {
     std::int64_t integer;
     std::uint64_t natural;
-    float float32;
     double float64;
     const char* literal;
     const Part* part;

@@ -71,8 +71,8 @@ std::string differenceOfReaders(const MessageTable& table, Bytes payload, Record
   if (!fast.message->isEqual(*exact.message)) return "the fields or their presence differ";
   if (printed(fast.message->dictionaryRepresentation()) != dictionary)
     return "the dictionaries differ once a field was asked for";
-  Dictionary direct;
-  const bool usual = table.read(padded->bytes(), direct);
+  Elements* const usual = table.read(padded->bytes());
+  const Dictionary direct(usual);
   const auto lines = log.systemLines();
   if (!usual) return lines.empty() ? "" : "a refused payload wrote lines";
   if (!exact.ok) return "a malformed payload became a dictionary";
@@ -83,9 +83,9 @@ std::string differenceOfReaders(const MessageTable& table, Bytes payload, Record
 TEST(TheDictionaryWithoutAMessage, IsMadeOfEveryPayloadOfAscendingFields) {
   RecordedLog log;
   for (const auto& [row, payload] : corpus(67)) {
-    Dictionary direct;
-    EXPECT_TRUE(row->table->read(make<Data>(Bytes(payload))->bytes(), direct))
-        << row->table->name << " " << hexText(payload);
+    Elements* const usual = row->table->read(make<Data>(Bytes(payload))->bytes());
+    const Dictionary direct(usual);
+    EXPECT_TRUE(usual) << row->table->name << " " << hexText(payload);
   }
 }
 

@@ -185,7 +185,7 @@ Dictionary inOneBlock() {
   places = {};
   for (const std::size_t place : {2U, 3U, 4U}) places.add(place);
   whole->setPresent(0b11101, places, {});
-  return Dictionary(block);
+  return Dictionary(whole->becomeWhole(block));
 }
 constexpr char kInOneBlock[] =
     "[number: 1, inner: [number: 2, text: abc], bytes: <00ff>, list: [[number: 3], [number: 4]]]";
@@ -354,7 +354,7 @@ TEST(ListChanged, IsOfCopies) {
   for (const auto& [what, list, added, after] : rows) {
     SCOPED_TRACE(what);
     const std::string before = printed(list);
-    List copy = list.changed(added.isPlain(), kFrom, kTo, TimesTenAndMore{added});
+    List copy = List::changed(Value(list), added.isPlain(), kFrom, kTo, TimesTenAndMore{added});
     EXPECT_EQ(printed(copy), after);
     EXPECT_EQ(printed(list), before);
     const Value last = copy.empty() ? Value() : copy[copy.size() - 1];
