@@ -212,19 +212,20 @@ void dictionaryStep(const Event& event) {
   benchmark::DoNotOptimize(message->dictionaryRepresentation().size());
 }
 
+void withoutLines() {
+  q::setSystemLogSink(nullptr);
+  q::setPrintSink(nullptr);
+}
+
 q::MetricValidator* validator = nullptr;
 
 void intakeStep(const Event& event) { validator->metricsDidUpdate(event.record); }
 
 void makeValidator() {
+  withoutLines();
   static q::Loopback service;
   service.install();
   validator = q::MetricValidator::sharedInstance().get();
-}
-
-void withoutLines() {
-  q::setSystemLogSink(nullptr);
-  q::setPrintSink(nullptr);
 }
 
 void decode(benchmark::State& state) {
@@ -242,19 +243,16 @@ void intake(benchmark::State& state) {
   perEvent(state, intakeStep);
 }
 
-std::string& printedText() {
-  static std::string text;
-  return text;
-}
-
 /// Keeps the lines in a buffer that starts anew when it is full.
 void printIntoBuffer() {
   constexpr std::size_t kFull = 1 << 20;
+  static std::vector<char> buffer(2 * kFull);
+  static char* end = buffer.data();
   q::setSystemLogSink(nullptr);
-  printedText().reserve(2 * kFull);
-  q::setPrintSink([&text = printedText()](std::string_view lines) {
-    if (text.size() > kFull) text.clear();
-    text.append(lines);
+  q::setPrintSink([](std::string_view line) {
+    if (end > buffer.data() + kFull) end = buffer.data();
+    std::memcpy(end, line.data(), line.size());
+    end += line.size();
   });
 }
 

@@ -273,7 +273,7 @@ template <class M, std::size_t row>
     if (distance < names.size()) [[likely]] {
       const Value& name = names[distance];
       if (!hasGaps || name.kind() != Value::Kind::nothing) [[likely]]
-        return slots.first[row].become(name), true;
+        return slots.first[row].becomeOld(name), true;
     }
   }
   slots.made |= std::uint64_t{1} << row;

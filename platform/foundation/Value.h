@@ -123,8 +123,16 @@ class Value {
   void end(IsNear isNear) {
     if (const Part* part = counted(); part && !isNear(part)) part->release();
   }
-  /// Replaces a value that is plain by another one.
-  void become(const Value& plain) { std::memcpy(static_cast<void*>(this), &plain, sizeof plain); }
+  /// Replaces a value that is plain by another one: word by word, since one that was just made may
+  /// not yet be loaded as a whole without a stall.
+  void become(const Value& plain) {
+    _head = plain._head;
+    _as.natural = plain._as.natural;
+  }
+  /// The same by one that was made long ago.
+  void becomeOld(const Value& plain) {
+    std::memcpy(static_cast<void*>(this), &plain, sizeof plain);
+  }
   /// What it holds. Requires: it is not plain.
   [[nodiscard]] const Part* held() const { return _as.part; }
   /// A copy that counts nothing: of one that is plain, or for the memory that its object lies in.

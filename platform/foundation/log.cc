@@ -103,9 +103,17 @@ LogSink& systemSink() {
   return sink;
 }
 
-[[gnu::always_inline]] inline LogSink& printSink() {
+std::atomic<LogSink*> knownPrintSink = nullptr;
+
+[[gnu::noinline]] LogSink& makePrintSink() {
   static LogSink& sink = *new LogSink(standardOutputSink());
+  knownPrintSink.store(&sink, std::memory_order_release);
   return sink;
+}
+
+LogSink& printSink() {
+  LogSink* const known = knownPrintSink.load(std::memory_order_acquire);
+  return known ? *known : makePrintSink();
 }
 
 }  // namespace
