@@ -9,7 +9,7 @@ NAMED = [
     ("presence", "messages/codec/read.cc",
      "    setHas(field.number, true);\n    field.in<T>", "    field.in<T>"),
     ("truncation", "metrics/conversions.h",
-     "Value(*count / 100)", "Value((*count < 0 ? *count - 50 : *count + 50) / 100)"),
+     "Value(value.integer64() / 100)", "Value((value.integer64() + (value.integer64() < 0 ? -50 : 50)) / 100)"),
     ("truncation", "metrics/conversions.cc",
      "Value(static_cast<std::int32_t>(*number) / 2)", "Value((static_cast<std::int32_t>(*number) + 1) / 2)"),
     ("truncation", "metrics/conversions.cc",
