@@ -122,6 +122,23 @@ TEST(Dictionary, HoldsMoreKeysOfItsOwnThanAKindHas) {
   EXPECT_NE(copy, dictionary);
 }
 
+TEST(Dictionary, EndsWhatItCountsWhereverThatStands) {
+  for (const std::size_t size : {1U, 2U, 62U, 63U, 64U, 65U, 80U})
+    for (const std::size_t step : {1U, 2U, 7U, 61U, 62U, 63U, 64U, 79U}) {
+      const auto text = make<String>(std::string_view("counted"));
+      Dictionary dictionary;
+      std::uint32_t held = 1;
+      for (std::size_t i = 0; i < size; ++i) {
+        const bool counts = i % step == step - 1;
+        held += counts ? 1 : 0;
+        dictionary.append(make<String>(std::to_string(i)), counts ? Value(text) : Value(1));
+      }
+      EXPECT_EQ(text->references(), held);
+      dictionary = {};
+      EXPECT_EQ(text->references(), 1U) << size << " entries, each " << step << "th a text";
+    }
+}
+
 TEST(Dictionary, OfAKindGetsOtherKeysOfItsOwn) {
   static constexpr Literal kKeys[] = {kKey<"a">, kKey<"b">, kKey<"c">};
   DictionaryMaker maker(kKeys);
