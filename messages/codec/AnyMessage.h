@@ -63,8 +63,10 @@ class AnyMessage : public PBCodable {
     PBDataReader reader(data);
     return readFields(reader);
   }
-  /// A new message takes over a reference to what was read.
-  [[gnu::always_inline]] void startWith(Elements* read) { new (&_read) Dictionary(read); }
+  /// A new message takes over what was read.
+  [[gnu::always_inline]] void startWith(Ref<Elements> read) {
+    new (&_read) Dictionary(std::move(read));
+  }
 
   /// Through this is every field asked for: until then, what was read is kept as its dictionary.
   template <class T>
@@ -85,9 +87,10 @@ class AnyMessage : public PBCodable {
   /// A new message takes what is usual as its dictionary. Requires: bytes of a `Data`.
   [[gnu::always_inline]] bool takeWhole(decltype(MessageTable::read) read, Bytes bytes) {
     if (_fields != Fields::untouched || !_read.empty()) return false;
-    Elements* usual = read(bytes);
-    if (usual) startWith(usual);
-    return usual != nullptr;
+    auto usual = Ref<Elements>::owning(read(bytes));
+    if (!usual) return false;
+    startWith(std::move(usual));
+    return true;
   }
   /// Whatever else comes is read field by field.
   bool readFields(PBDataReader& reader);
@@ -132,10 +135,10 @@ class Message : public AnyMessage {
   }
   /// A new message of the data; null where they make none.
   [[nodiscard]] static Ref<AnyMessage> makeWithData(const Ref<Data>& data) {
-    Elements* const usual = data ? Unrolled<M>::read(data->bytes()) : nullptr;
+    auto usual = Ref<Elements>::owning(data ? Unrolled<M>::read(data->bytes()) : nullptr);
     auto message = make<M>();
     if (usual) [[likely]]
-      message->startWith(usual);
+      message->startWith(std::move(usual));
     else if (!message->initExactly(data.get()))
       return nullptr;
     return message;
