@@ -217,7 +217,7 @@ void withoutLines() {
   q::setPrintSink(nullptr);
 }
 
-q::MetricValidator* validator = nullptr;
+q::MetricValidator* validator = nullptr;  // made before anything is measured
 
 void intakeStep(const Event& event) { validator->metricsDidUpdate(event.record); }
 

@@ -113,6 +113,7 @@ struct MessageTable {
     result = Dictionary(usual);
     return true;
   }
+  /// The same by the exact reader, which needs no zeros.
   [[nodiscard]] bool decodeExactly(Bytes bytes, Dictionary& result) const;
 
   /// The field of this number, or null.

@@ -271,7 +271,7 @@ class Elements final : public Part {
     first()[place].end([this](const void* object) { return contains(object); });
   }
   [[gnu::noinline]] void endOld(std::size_t place) { endAt(place); }
-  /// Requires: whole.
+  /// Both require: whole.
   void endCounting(std::size_t place) {
     const Value& value = first()[place];
     if (!value.isPlain() && !isInMemory(value.held())) value.held()->release();
