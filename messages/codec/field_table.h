@@ -110,7 +110,7 @@ struct MessageTable {
     Elements* usual = read(bytes);
     if (!usual) [[unlikely]]
       return decodeExactly(bytes, result);
-    result = Dictionary(usual);
+    result = Dictionary(Ref<Elements>::owning(usual));
     return true;
   }
   /// The same by the exact reader, which needs no zeros.

@@ -13,8 +13,6 @@ class List {
  public:
   List() = default;
   List(std::initializer_list<Value> values);
-  /// Takes over a reference.
-  explicit List(Elements* elements) : _elements(Ref<Elements>::owning(elements)) {}
 
   [[nodiscard]] std::size_t size() const { return values().size(); }
   [[nodiscard]] bool empty() const { return size() == 0; }
@@ -62,8 +60,6 @@ class Dictionary {
  public:
   Dictionary() = default;
   Dictionary(std::initializer_list<std::pair<std::string_view, Value>> literals);
-  /// Takes over a reference.
-  explicit Dictionary(Elements* elements) : _elements(Ref<Elements>::owning(elements)) {}
   explicit Dictionary(Ref<Elements> elements) : _elements(std::move(elements)) {}
 
   [[nodiscard]] std::size_t size() const { return _elements ? _elements->count() : 0; }
@@ -275,7 +271,7 @@ List List::changed(const Value& list, bool plain, Keys from, Keys to, Change&& c
     Block block(Elements::bytes(size) + size * Elements::bytes(keys.size()));
     if (Elements* copies = elements->copyDictionariesIn(block, keys)) {
       change.all(DictionaryDrafts(*copies));
-      return List(copies->becomeWhole(block));
+      return List(Ref<Elements>::owning(copies->becomeWhole(block)));
     }
   }
   ListMaker made(elements->size());

@@ -65,7 +65,7 @@ TEST(DictionaryRepresentation, HoldsAsMuchAsTheMessage) {
     status.writeTo(writer);
     const auto payload = make<Data>(Bytes(writer.bytes()));
     Elements* const usual = status.table().read(payload->bytes());
-    const Dictionary direct(usual);
+    const Dictionary direct(Ref<Elements>::owning(usual));
     const bool fits = usual != nullptr;
     EXPECT_EQ(fits, count <= 1'000)
         << "what takes more than a mebibyte is left to the exact reader";

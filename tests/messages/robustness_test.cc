@@ -72,7 +72,7 @@ std::string differenceOfReaders(const MessageTable& table, Bytes payload, Record
   if (printed(fast.message->dictionaryRepresentation()) != dictionary)
     return "the dictionaries differ once a field was asked for";
   Elements* const usual = table.read(padded->bytes());
-  const Dictionary direct(usual);
+  const Dictionary direct(Ref<Elements>::owning(usual));
   const auto lines = log.systemLines();
   if (!usual) return lines.empty() ? "" : "a refused payload wrote lines";
   if (!exact.ok) return "a malformed payload became a dictionary";
@@ -84,7 +84,7 @@ TEST(TheDictionaryWithoutAMessage, IsMadeOfEveryPayloadOfAscendingFields) {
   RecordedLog log;
   for (const auto& [row, payload] : corpus(67)) {
     Elements* const usual = row->table->read(make<Data>(Bytes(payload))->bytes());
-    const Dictionary direct(usual);
+    const Dictionary direct(Ref<Elements>::owning(usual));
     EXPECT_TRUE(usual) << row->table->name << " " << hexText(payload);
   }
 }

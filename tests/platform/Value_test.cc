@@ -202,7 +202,7 @@ Dictionary inOneBlock() {
   places = {};
   for (const std::size_t place : {2U, 3U, 4U}) places.add(place);
   whole->setPresent(0b11101, places, {});
-  return Dictionary(whole->becomeWhole(block));
+  return Dictionary(Ref<Elements>::owning(whole->becomeWhole(block)));
 }
 constexpr char kInOneBlock[] =
     "[number: 1, inner: [number: 2, text: abc], bytes: <00ff>, list: [[number: 3], [number: 4]]]";
